@@ -1,0 +1,28 @@
+# How every target of ours is compiled: one place for warnings, sanitizers and the include root.
+
+function(vigilo_compile_options target)
+    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    # Invariants must hold in every build type, so the library's own cheap checks stay on too.
+    target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS QT_NO_KEYWORDS)
+    if(VIGILO_SANITIZE)
+        target_compile_options(${target} PUBLIC -fsanitize=${VIGILO_SANITIZE}
+                               -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PUBLIC -fsanitize=${VIGILO_SANITIZE})
+    endif()
+endfunction()
+
+# vigilo_library(NAME SOURCES...): a static library with the house's options.
+function(vigilo_library name)
+    add_library(${name} STATIC ${ARGN})
+    vigilo_compile_options(${name})
+endfunction()
+
+# vigilo_unit_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, one test per TEST().
+function(vigilo_unit_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    vigilo_compile_options(${name})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS unit TIMEOUT 120)
+endfunction()

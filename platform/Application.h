@@ -1,0 +1,20 @@
+#pragma once
+
+namespace vigilo::platform {
+
+/// The running program as the desktop knows it.
+class Application {
+public:
+    virtual ~Application() = default;
+
+    /// Uses the installed icon named `Vigilo`; keeps the default one when it cannot be found.
+    virtual void loadIcon() = 0;
+
+    /// Brings the program's windows in front of other programs, as far as the desktop allows.
+    virtual void activateIgnoringOtherApps() = 0;
+
+    /// Asks the event loop to end; the program then terminates in its usual order.
+    virtual void terminate() = 0;
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace vigilo::platform {
+
+/// Turns SIGTERM, SIGINT and SIGHUP into something to read on a descriptor. A signal that was
+/// ignored when the program started (as `nohup` does) stays ignored. One at a time in a process.
+class TerminationSignals {
+public:
+    TerminationSignals();
+    ~TerminationSignals();
+    TerminationSignals(const TerminationSignals&) = delete;
+    TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+    /// Becomes readable when a signal has come in.
+    int descriptor() const { return readEnd_; }
+
+private:
+    int readEnd_ = -1;
+    int writeEnd_ = -1;
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,56 @@
+#include "platform/qt/ApplicationObject.h"
+
+#include <cstdlib>
+#include <string_view>
+
+#include <QApplication>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
+#include <unistd.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+/// The toolkit aborts when no display can be had, and says so on several lines first. A message
+/// handler is the only place to turn that into an orderly refusal.
+void refuseWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type != QtFatalMsg) {
+        return;
+    }
+    constexpr std::string_view line =
+        "vigilo: cannot connect to a display; start it from a graphical session.\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
+    // No destructors: the toolkit is half made.
+    _exit(EXIT_FAILURE);
+}
+
+/// The window is small and mostly still: drawing in software starts faster and needs less memory
+/// than a graphics driver. Whoever names another way gets it.
+void preferSoftwareRendering() {
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
+        qEnvironmentVariableIsEmpty("QMLSCENE_DEVICE")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+} // namespace
+
+ApplicationObject::ApplicationObject(char* programName) : arguments_{programName, nullptr} {
+    preferSoftwareRendering();
+    QCoreApplication::setApplicationName(QStringLiteral("vigilo"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));
+    const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
+    application_ = std::make_unique<QApplication>(argumentCount_, arguments_.data());
+    qInstallMessageHandler(usual);
+}
+
+ApplicationObject::~ApplicationObject() = default;
+
+int ApplicationObject::run() {
+    return QApplication::exec();
+}
+
+} // namespace vigilo::platform

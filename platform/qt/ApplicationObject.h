@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+class QApplication;
+
+namespace vigilo::platform {
+
+/// The toolkit's application object, connected to the display. Make it first of all that touches
+/// Qt and keep it longest. With no display to connect to, or one that refuses, making it writes one
+/// line on standard error and ends the process with status 1.
+class ApplicationObject {
+public:
+    /// `programName` is the program's own path. The toolkit's command-line switches are not looked
+    /// at; its environment variables are.
+    explicit ApplicationObject(char* programName);
+    ~ApplicationObject();
+
+    /// Runs the event loop until the program is asked to end; returns the exit status.
+    int run();
+
+private:
+    // The toolkit keeps references to both.
+    int argumentCount_ = 1;
+    std::array<char*, 2> arguments_;
+    std::unique_ptr<QApplication> application_;
+};
+
+} // namespace vigilo::platform

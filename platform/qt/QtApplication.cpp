@@ -1,0 +1,50 @@
+#include "platform/qt/QtApplication.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QWindow>
+
+namespace vigilo::platform {
+
+QtApplication::QtApplication() : signalNotifier_(signals_.descriptor(), QSocketNotifier::Read) {
+    connect(&signalNotifier_, &QSocketNotifier::activated, this, [this] {
+        // Once is enough, and the byte stays unread: a second signal finds the loop ending anyway.
+        signalNotifier_.setEnabled(false);
+        terminate();
+    });
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qGuiApp->installEventFilter(this);
+}
+
+void QtApplication::loadIcon() {
+    const QIcon icon(QStringLiteral(":/vigilo/Vigilo.svg"));
+    if (!icon.availableSizes().isEmpty() || !icon.pixmap(16).isNull()) {
+        QGuiApplication::setWindowIcon(icon);
+    }
+}
+
+void QtApplication::activateIgnoringOtherApps() {
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->isVisible()) {
+            window->raise();
+            window->requestActivate();
+        }
+    }
+}
+
+void QtApplication::terminate() {
+    QCoreApplication::exit(0);
+}
+
+bool QtApplication::eventFilter(QObject* watched, QEvent* event) {
+    // The session manager's end arrives as a request to quit, which Qt would grant only if every
+    // window agreed to close; closing ours merely hides it, so the request is taken here.
+    if (watched == qGuiApp && event->type() == QEvent::Quit) {
+        terminate();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace vigilo::platform

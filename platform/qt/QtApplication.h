@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/linux/TerminationSignals.h"
+
+#include <QObject>
+#include <QSocketNotifier>
+
+namespace vigilo::platform {
+
+/// The Qt application as the desktop knows it. Signals and the session manager's end of session
+/// lead to the same end of the event loop as `terminate()`. Needs the application object.
+class QtApplication : public QObject, public Application {
+    Q_OBJECT
+
+public:
+    QtApplication();
+
+    void loadIcon() override;
+    void activateIgnoringOtherApps() override;
+    void terminate() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    TerminationSignals signals_;
+    QSocketNotifier signalNotifier_;
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,80 @@
+#include "tests/unit/core/ControllerFixture.h"
+
+namespace vigilo {
+namespace {
+
+class AwakeControllerCallbacks : public ControllerFixture {
+protected:
+    Names firedByExpiryIn(AwakeMode mode) {
+        controller->start(1, mode);
+        clock.advance(1min);
+        fired();
+        runLoop.advance(1s);
+        return fired();
+    }
+};
+
+TEST_F(AwakeControllerCallbacks, tellOfAnExpiredAgentLockApart) {
+    EXPECT_EQ(firedByExpiryIn(AwakeMode::agentLock),
+              (Names{"onStateChange", "onAgentLockExpired"}));
+    EXPECT_EQ(firedByExpiryIn(AwakeMode::visible), (Names{"onStateChange", "onSessionEnded"}));
+    EXPECT_EQ(firedByExpiryIn(AwakeMode::appleLock), (Names{"onStateChange", "onSessionEnded"}));
+}
+
+TEST_F(AwakeControllerCallbacks, goByTheModeThatTheSessionWasSwitchedTo) {
+    controller->start(1, AwakeMode::agentLock);
+    controller->useAppleLockPreservingSession();
+    clock.advance(1min);
+    fired();
+    runLoop.advance(1s);
+    EXPECT_EQ(fired(), (Names{"onStateChange", "onSessionEnded"}));
+}
+
+TEST_F(AwakeControllerCallbacks, fireOnSessionEndedForAManualStopOfAgentLock) {
+    controller->start(30, AwakeMode::agentLock);
+    fired();
+    controller->stop();
+    EXPECT_EQ(fired(), (Names{"onStateChange", "onSessionEnded"}));
+}
+
+TEST_F(AwakeControllerCallbacks, findTheStateWritten) {
+    std::vector<std::string> labels;
+    controller->onStateChange = [&] { labels.push_back(controller->remainingLabel()); };
+    controller->start(std::nullopt);
+    controller->stop();
+    EXPECT_EQ(labels, (Names{"Until you stop it", "Choose how long to keep it awake"}));
+}
+
+TEST_F(AwakeControllerCallbacks, mayCallBackIntoTheController) {
+    controller->onSessionEnded = [&] { controller->start(std::nullopt, AwakeMode::visible); };
+    controller->start(30);
+    controller->stop();
+    EXPECT_TRUE(controller->isActive());
+    EXPECT_EQ(power.held.size(), 1u);
+}
+
+TEST_F(AwakeControllerCallbacks, mayClearThemselves) {
+    int calls = 0;
+    controller->onStateChange = [&] {
+        ++calls;
+        controller->onStateChange = nullptr;
+    };
+    controller->start(std::nullopt);
+    controller->stop();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(AwakeControllerCallbacks, mayAllBeUnset) {
+    controller->onStateChange = nullptr;
+    controller->onStatusRefresh = nullptr;
+    controller->onAgentLockRequested = nullptr;
+    controller->onSessionEnded = nullptr;
+    controller->onAgentLockExpired = nullptr;
+    controller->agentLock(1);
+    runLoop.advance(61s);
+    controller->stop();
+    EXPECT_FALSE(controller->isActive());
+}
+
+} // namespace
+} // namespace vigilo

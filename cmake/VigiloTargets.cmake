@@ -1,8 +1,10 @@
 # How every target of ours is compiled: one place for warnings, sanitizers and the include root.
 
-function(vigilo_compile_options target)
+set(VIGILO_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# For a target that also compiles generated code, which must not be held to our warnings.
+function(vigilo_base_options target)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
     # Invariants must hold in every build type, so the library's own cheap checks stay on too.
     target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS QT_NO_KEYWORDS)
     if(VIGILO_SANITIZE)
@@ -10,6 +12,11 @@ function(vigilo_compile_options target)
                                -fno-sanitize-recover=all -fno-omit-frame-pointer)
         target_link_options(${target} PUBLIC -fsanitize=${VIGILO_SANITIZE})
     endif()
+endfunction()
+
+function(vigilo_compile_options target)
+    vigilo_base_options(${target})
+    target_compile_options(${target} PRIVATE ${VIGILO_WARNINGS})
 endfunction()
 
 # vigilo_library(NAME SOURCES...): a static library with the house's options.

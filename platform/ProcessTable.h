@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -7,6 +8,9 @@
 #include <string_view>
 
 namespace vigilo::platform {
+
+/// How many words of a command line are of interest; a table may leave out those that follow.
+inline constexpr std::size_t examinedWords = 4;
 
 /// What is read of a process only when its command line is of interest.
 struct ProcessDetails {
@@ -25,7 +29,8 @@ public:
 
     virtual std::int64_t pid() const = 0;
 
-    /// The arguments joined by blanks, raw bytes; possibly cut after the fourth word.
+    /// The arguments joined by blanks, raw bytes; possibly cut after `examinedWords` words. After
+    /// `details()` it is that of the very process that those details belong to.
     virtual std::string_view commandLine() const = 0;
 
     /// Reads the rest. None when the process has ended, is a zombie, or its pid now names another

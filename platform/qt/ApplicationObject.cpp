@@ -1,5 +1,6 @@
 #include "platform/qt/ApplicationObject.h"
 
+#include <cstdarg>
 #include <cstdlib>
 #include <string_view>
 
@@ -8,6 +9,7 @@
 #include <QSGRendererInterface>
 
 #include <unistd.h>
+#include <wayland-client-core.h>
 
 namespace vigilo::platform {
 
@@ -42,6 +44,8 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
     QCoreApplication::setApplicationName(QStringLiteral("vigilo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));
+    // The Wayland library has a way of its own to tell that it cannot connect.
+    wl_log_set_handler_client([](const char*, va_list) {});
     const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
     application_ = std::make_unique<QApplication>(argumentCount_, arguments_.data());
     qInstallMessageHandler(usual);

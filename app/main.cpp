@@ -1,0 +1,90 @@
+#include "agents/ProcessTableReader.h"
+#include "app/AppDelegate.h"
+#include "app/CommandLine.h"
+#include "app/SelfTest.h"
+#include "platform/linux/SystemWallClock.h"
+#include "platform/linux/lock/LogindSystemLock.h"
+#include "platform/linux/power/DesktopPowerAssertions.h"
+#include "platform/linux/processes/ProcfsProcessTable.h"
+#include "platform/linux/workspace/DesktopWorkspace.h"
+#include "platform/qt/ApplicationObject.h"
+#include "platform/qt/QtAlerts.h"
+#include "platform/qt/QtApplication.h"
+#include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtWindows.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace vigilo;
+using namespace std::chrono_literals;
+
+/// A scan that owns all it reads with, so that one stuck in the kernel can be left behind at exit.
+AgentMonitor::Scan agentScan() {
+    struct Source {
+        platform::ProcfsProcessTable table;
+        ProcessTableReader reader{table};
+    };
+    return [source = std::make_shared<Source>()] { return source->reader.readAgentProcesses(); };
+}
+
+int runApplication(char* programName) {
+    platform::ApplicationObject applicationObject(programName);
+    platform::QtApplication qtApplication;
+    platform::QtRunLoop runLoop;
+    platform::SystemWallClock wallClock;
+    platform::DesktopPowerAssertions powerAssertions;
+    platform::LogindSystemLock systemLock;
+    platform::DesktopWorkspace workspace;
+    platform::QtAlerts alerts;
+    platform::QtWindows windows;
+    const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Environment{
+        .controller = {.runLoop = runLoop,
+                       .wallClock = wallClock,
+                       .powerAssertions = powerAssertions,
+                       .systemLock = systemLock,
+                       .workspace = workspace,
+                       .alerts = alerts,
+                       .readAgentProcesses = agentScan()},
+        .application = qtApplication,
+        .windows = windows,
+    });
+
+    runLoop.post([weak = std::weak_ptr(delegate)] {
+        if (const auto launched = weak.lock()) {
+            launched->applicationDidFinishLaunching();
+        }
+    });
+    const int status = applicationObject.run();
+    delegate->applicationWillTerminate();
+
+    // A scan that the kernel holds up must not hold up the end of the program; what it still uses
+    // is never destroyed then.
+    if (!runLoop.finishBackgroundWork(500ms)) {
+        std::_Exit(status);
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const std::vector<std::string_view> arguments(argv, argv + argc);
+    switch (invocation(arguments)) {
+    case Invocation::selfTest:
+        return runSelfTests();
+    case Invocation::help:
+        std::fputs(helpText().data(), stdout);
+        return EXIT_SUCCESS;
+    case Invocation::version:
+        std::puts("Vigilo " VIGILO_VERSION);
+        return EXIT_SUCCESS;
+    case Invocation::application:
+        return runApplication(argc > 0 ? argv[0] : nullptr);
+    }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+namespace vigilo::platform {
+
+/// Starts the settings programs of the desktop that the environment names.
+class DesktopWorkspace : public Workspace {
+public:
+    void openLockScreenSettings() override;
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,156 @@
+#!/usr/bin/python3
+"""How the program starts and ends, seen from outside. Usage: lifecycle_test.py VIGILO"""
+
+import os
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.display import VirtualDisplay, windows_named
+
+VIGILO = sys.argv.pop(1)
+
+# Neither a display nor a bus unless a test brings one.
+BARE = {
+    name: value
+    for name, value in os.environ.items()
+    if name not in ("DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "XDG_SESSION_TYPE", "QT_QPA_PLATFORM")
+}
+BARE["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent/bus"
+BARE["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent/bus"
+
+
+def run(*arguments, **environment):
+    return subprocess.run(
+        [VIGILO, *arguments],
+        env=BARE | environment,
+        stdin=subprocess.DEVNULL,
+        capture_output=True,
+        text=True,
+        timeout=30,
+        check=False,
+    )
+
+
+class WithoutADisplay(unittest.TestCase):
+    def test_the_self_test_prints_its_verdict_and_nothing_else(self):
+        for arguments in (["--self-test"], ["-x", "--version", "--self-test"]):
+            result = run(*arguments)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "SELF_TEST_PASS\n", ""))
+
+    def test_help_and_version_are_printed(self):
+        result = run("--help")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("--self-test", result.stdout)
+        result = run("--version")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertRegex(result.stdout, r"^Vigilo \d+\.\d+\.\d+\n$")
+
+    def test_the_refusal_is_one_line_and_status_1(self):
+        displays = [
+            {},
+            {"DISPLAY": ":4242"},
+            {"DISPLAY": "nonsense"},
+            {"WAYLAND_DISPLAY": "wayland-4242"},
+            {"WAYLAND_DISPLAY": "wayland-4242", "DISPLAY": ":4242", "XDG_SESSION_TYPE": "wayland"},
+            {"QT_QPA_PLATFORM": "nonsense"},
+        ]
+        for display in displays:
+            for arguments in ([], ["--Self-Test"], ["--self-tests"]):
+                with self.subTest(display=display, arguments=arguments):
+                    result = run(*arguments, **display)
+                    self.assertEqual(result.returncode, 1)
+                    self.assertEqual(result.stdout, "")
+                    self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+                    self.assertIn("cannot connect to a display", result.stderr)
+
+
+class OnADisplay(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.display = VirtualDisplay()
+        cls.addClassCleanup(cls.display.stop)
+
+    def start(self, *arguments, **environment):
+        process = subprocess.Popen(
+            [VIGILO, *arguments],
+            env=BARE | {"DISPLAY": self.display.name} | environment,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            text=True,
+        )
+        self.addCleanup(self.finish, process)
+        return process
+
+    @staticmethod
+    def finish(process):
+        if process.poll() is None:
+            process.kill()
+        process.communicate()
+
+    def wait_for_window(self, process, is_there=True):
+        deadline = time.monotonic() + 20
+        while time.monotonic() < deadline:
+            if bool(windows_named(self.display.name, "Vigilo")) == is_there:
+                return
+            self.assertIsNone(process.poll(), "the program has ended")
+            time.sleep(0.05)
+        self.fail("no window" if is_there else "the window stays")
+
+    def test_a_signal_ends_it_in_order(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number.name):
+                process = self.start()
+                self.wait_for_window(process)
+                process.send_signal(number)
+                _, errors = process.communicate(timeout=20)
+                self.assertEqual(process.returncode, 0, errors)
+
+    def test_it_runs_quietly_without_any_bus(self):
+        process = self.start()
+        self.wait_for_window(process)
+        time.sleep(1)
+        process.terminate()
+        output, errors = process.communicate(timeout=20)
+        self.assertEqual((process.returncode, output, errors), (0, "", ""))
+
+    def test_unknown_arguments_are_ignored(self):
+        process = self.start("--Self-Test", "-platform", "nonsense", "--style", "x", "-qmljsdebugger", "file")
+        self.wait_for_window(process)
+        process.terminate()
+        process.communicate(timeout=20)
+        self.assertEqual(process.returncode, 0)
+
+    def test_the_close_button_hides_the_window_and_the_program_lives_on(self):
+        process = self.start()
+        self.wait_for_window(process)
+        self.display.click(windows_named(self.display.name, "Vigilo")[0], 704, 16)
+        self.wait_for_window(process, is_there=False)
+        time.sleep(0.5)
+        self.assertIsNone(process.poll())
+        process.terminate()
+        process.communicate(timeout=20)
+        self.assertEqual(process.returncode, 0)
+
+    def test_the_users_choice_of_a_rendering_backend_holds(self):
+        for chosen, expected in ((None, "software"), ("rhi", "rhi")):
+            with self.subTest(chosen=chosen):
+                environment = {"QSG_INFO": "1", "QT_LOGGING_RULES": "qt.scenegraph.general=true"}
+                if chosen:
+                    environment["QT_QUICK_BACKEND"] = chosen
+                process = self.start(**environment)
+                self.wait_for_window(process)
+                time.sleep(0.5)
+                process.terminate()
+                _, errors = process.communicate(timeout=20)
+                used = "software" if "software" in errors.lower().split("using", 1)[-1][:80] else "rhi"
+                self.assertEqual(used, expected, errors)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,198 @@
+"""Private message buses: a session bus, and a system bus with a real logind on it."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+
+from .processes import Processes, environment, wait_until
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+POLKITD = "/usr/lib/polkit-1/polkitd"
+LOGIND = "/lib/systemd/systemd-logind"
+
+SESSION_BUS = """<busconfig>
+  <type>session</type>
+  <listen>unix:path={path}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+# Deny by default, then whatever the installed services' own policies allow, as on a real system.
+SYSTEM_BUS = """<busconfig>
+  <type>system</type>
+  <listen>unix:path={path}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <deny own="*"/>
+    <deny send_type="method_call"/>
+    <allow send_type="signal"/>
+    <allow send_requested_reply="true" send_type="method_return"/>
+    <allow send_requested_reply="true" send_type="error"/>
+    <allow receive_type="method_call"/>
+    <allow receive_type="method_return"/>
+    <allow receive_type="error"/>
+    <allow receive_type="signal"/>
+    <allow send_destination="org.freedesktop.DBus"/>
+  </policy>
+  <policy user="root"><allow own="org.freedesktop.systemd1"/></policy>
+  <includedir>/usr/share/dbus-1/system.d</includedir>
+  <includedir>/etc/dbus-1/system.d</includedir>
+</busconfig>
+"""
+
+
+class _Bus:
+    """A dbus-daemon of our own in a folder of its own; starts no services by itself."""
+
+    def __init__(self, configuration):
+        self.folder = tempfile.mkdtemp(prefix="vigilo-bus-")
+        os.chmod(self.folder, 0o755)
+        self.processes = Processes()
+        path = os.path.join(self.folder, "bus")
+        self.address = "unix:path=" + path
+        file = os.path.join(self.folder, "bus.conf")
+        with open(file, "w", encoding="utf-8") as out:
+            out.write(configuration.format(path=path))
+        try:
+            self.daemon = self.processes.start(
+                ["dbus-daemon", "--config-file=" + file, "--nofork", "--nopidfile"]
+            )
+            wait_until(lambda: os.path.exists(path), "the bus")
+            os.chmod(path, 0o777)
+        except BaseException:
+            self.stop()
+            raise
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def stop(self):
+        self.processes.stop()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class SessionBus(_Bus):
+    """A session bus without any service on it."""
+
+    def __init__(self):
+        super().__init__(SESSION_BUS)
+
+
+class SystemBus(_Bus):
+    """A system bus with systemd-logind, polkitd and one active session. Needs root: logind gets a
+    mount namespace in which /run/systemd is a folder of ours."""
+
+    @staticmethod
+    def missing():
+        """Why it cannot be had here; None when it can."""
+        if os.geteuid() != 0:
+            return "a private logind needs root"
+        for program in (LOGIND, POLKITD, "/usr/bin/unshare", "/usr/bin/nsenter"):
+            if not os.path.exists(program):
+                return program + " is not installed"
+        if subprocess.run(["unshare", "-m", "true"], stderr=subprocess.DEVNULL, check=False).returncode != 0:
+            return "mount namespaces are not allowed here"
+        return None
+
+    def __init__(self, user="root", lifetime=900):
+        super().__init__(SYSTEM_BUS)
+        self.user = user
+        self._lifetime = str(lifetime)
+        self._environment = environment(DBUS_SYSTEM_BUS_ADDRESS=self.address)
+        try:
+            self._start()
+        except BaseException:
+            self.stop()
+            raise
+
+    def _path(self, name):
+        return os.path.join(self.folder, name)
+
+    def _start(self):
+        for folder in ("seats", "sessions", "users", "inhibit", "shutdown", "system"):
+            os.makedirs(self._path("run/" + folder))
+        self.manager_log = self._path("manager.log")
+        with open(self.manager_log, "w", encoding="utf-8") as log:
+            self.processes.start(
+                ["/usr/bin/python3", os.path.join(HERE, "service_manager.py"), self._lifetime],
+                env=self._environment,
+                stdout=log,
+            )
+        wait_until(lambda: "ready" in self.manager_calls(), "the service manager")
+        self.start_logind()
+        self.processes.start(
+            ["nsenter", "-t", str(self.logind.pid), "-m", "timeout", self._lifetime, POLKITD, "--no-debug"],
+            env=self._environment,
+        )
+        leader = self.processes.start(["sleep", self._lifetime])
+        session_log = self._path("session.log")
+        with open(session_log, "w", encoding="utf-8") as log:
+            self.processes.start(
+                [
+                    "/usr/bin/python3", os.path.join(HERE, "login_session.py"),
+                    self.user, str(leader.pid), self._lifetime,
+                ],
+                env=self._environment,
+                stdout=log,
+            )
+        wait_until(lambda: _text(session_log).endswith("\n"), "the session")
+        self.session_id = _text(session_log).strip()
+
+    def start_logind(self):
+        """Starts logind, again after it was stopped."""
+        script = (
+            "mount --make-rprivate / && mount --bind '%s' /run/systemd && exec %s"
+            % (self._path("run"), LOGIND)
+        )
+        self.logind = self.processes.start(["unshare", "-m", "bash", "-c", script], env=self._environment)
+        wait_until(lambda: self.call("ListSessions") is not None, "logind")
+
+    def call(self, method, *arguments):
+        """What busctl prints of a call to logind's manager; None when it fails."""
+        result = subprocess.run(
+            [
+                "busctl", "--system", "--timeout=2", "call", "org.freedesktop.login1",
+                "/org/freedesktop/login1", "org.freedesktop.login1.Manager", method, *arguments,
+            ],
+            env=self._environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
+        )
+        return result.stdout.strip() if result.returncode == 0 else None
+
+    def inhibitors(self):
+        """Vigilo's locks as logind lists them: (what, who, why, mode, uid, pid) each."""
+        import dbus  # only where there is such a bus
+
+        connection = dbus.bus.BusConnection(self.address)
+        try:
+            manager = dbus.Interface(
+                connection.get_object("org.freedesktop.login1", "/org/freedesktop/login1", introspect=False),
+                "org.freedesktop.login1.Manager",
+            )
+            rows = [tuple(row) for row in manager.ListInhibitors()]
+        finally:
+            connection.close()
+        return [
+            (str(what), str(who), str(why), str(mode), int(uid), int(pid))
+            for what, who, why, mode, uid, pid in rows
+            if who == "Vigilo"
+        ]
+
+    def manager_calls(self):
+        """What logind has asked of the service manager so far, a line each."""
+        return _text(self.manager_log)
+
+
+def _text(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read()

@@ -1,0 +1,85 @@
+"""A private X display for a test or a demonstration, and a look at its windows."""
+
+import os
+import re
+import subprocess
+import time
+
+
+class VirtualDisplay:
+    """Xvfb on a display number of its own choosing; use it as a context manager or call stop()."""
+
+    def __init__(self, size="1280x800x24"):
+        reader, writer = os.pipe()
+        # -noreset: the server would otherwise end with its last client.
+        self._server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-noreset", "-nolisten", "tcp"],
+            pass_fds=[writer],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        os.close(writer)
+        with os.fdopen(reader) as numbers:
+            number = numbers.readline().strip()
+        if not number:
+            self.stop()
+            raise RuntimeError("Xvfb did not start")
+        self.name = ":" + number
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def stop(self):
+        self._server.terminate()
+        self._server.wait()
+
+    def screenshot(self, path):
+        """Writes the whole screen as a PNG."""
+        subprocess.run(["/usr/bin/import", "-display", self.name, "-window", "root", path], check=True)
+
+    def picture(self):
+        """The screen's pixels."""
+        return subprocess.run(
+            ["/usr/bin/import", "-display", self.name, "-window", "root", "ppm:-"],
+            check=True,
+            stdout=subprocess.PIPE,
+        ).stdout
+
+    def settle(self, quiet=0.4, timeout=10):
+        """Waits until the screen has not changed for a moment; both times in seconds."""
+        before, since = self.picture(), time.monotonic()
+        deadline = since + timeout
+        while time.monotonic() - since < quiet and time.monotonic() < deadline:
+            time.sleep(0.1)
+            now = self.picture()
+            if now != before:
+                before, since = now, time.monotonic()
+
+    def click(self, window, x, y):
+        """Clicks at a point of a window, in pixels from its corner."""
+        subprocess.run(
+            ["xdotool", "mousemove", "--window", window, str(x), str(y), "click", "1"],
+            check=True,
+            env=os.environ | {"DISPLAY": self.name},
+        )
+
+    def key(self, *keys):
+        """Presses keys, one after another, as xdotool names them."""
+        subprocess.run(["xdotool", "key", *keys], check=True, env=os.environ | {"DISPLAY": self.name})
+
+
+def windows_named(display, title):
+    """Identifiers of the windows shown with exactly this title."""
+    found = subprocess.run(
+        ["xdotool", "search", "--onlyvisible", "--name", "^" + re.escape(title) + "$"],
+        env=os.environ | {"DISPLAY": display},
+        stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL,
+        text=True,
+        check=False,
+    )
+    return found.stdout.split()

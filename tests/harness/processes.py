@@ -1,0 +1,64 @@
+"""Programs that a test starts and surely stops again."""
+
+import os
+import signal
+import subprocess
+import time
+
+
+class Processes:
+    """Starts programs and stops them in reverse order, by process id, at the end of a `with` block."""
+
+    def __init__(self):
+        self._started = []
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def start(self, command, **options):
+        """A program with its output thrown away unless the options say otherwise."""
+        options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options
+        process = subprocess.Popen(command, **options)
+        self._started.append(process)
+        return process
+
+    def stop(self):
+        while self._started:
+            end(self._started.pop())
+
+
+def end(process, timeout=5):
+    """Asks a program to end, and kills it if it does not; returns its exit status."""
+    if process.poll() is None:
+        process.send_signal(signal.SIGTERM)
+        try:
+            process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            process.kill()
+    return process.wait()
+
+
+def wait_until(condition, what, timeout=20):
+    """Waits until the condition holds and returns its value; raises an error after the timeout, in seconds."""
+    deadline = time.monotonic() + timeout
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise TimeoutError("waited in vain for " + what)
+        time.sleep(0.05)
+
+
+def environment(**changes):
+    """This process's environment with changes; None takes a variable out."""
+    result = dict(os.environ)
+    for name, value in changes.items():
+        if value is None:
+            result.pop(name, None)
+        else:
+            result[name] = value
+    return result

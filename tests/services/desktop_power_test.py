@@ -1,0 +1,139 @@
+#!/usr/bin/python3
+"""Power assertions against the interfaces of the desktops' services, with programs of ours behind
+them on a private bus. Usage: desktop_power_test.py POWER_DRIVER"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.power import PowerDriver
+from harness.processes import end, environment, wait_until
+
+DRIVER = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_power_service.py")
+
+
+class DesktopPower(unittest.TestCase):
+    def setUp(self):
+        self.bus = SessionBus()
+        self.addCleanup(self.bus.stop)
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.log_path = os.path.join(folder.name, "log")
+
+    def service(self, desktop, answer="grant"):
+        """A service that writes what it is asked into the log; the same log for all of a test."""
+        with open(self.log_path, "a", encoding="utf-8") as log:
+            before = self.log().count("ready")
+            process = subprocess.Popen(
+                ["/usr/bin/python3", SERVICE, desktop, answer],
+                env=environment(DBUS_SESSION_BUS_ADDRESS=self.bus.address),
+                stdin=subprocess.DEVNULL,
+                stdout=log,
+            )
+        self.addCleanup(end, process)
+        wait_until(lambda: self.log().count("ready") > before, "the service")
+        return process
+
+    def log(self):
+        with open(self.log_path, encoding="utf-8") as file:
+            return file.read()
+
+    def calls(self):
+        return [line for line in self.log().splitlines() if line not in ("ready", "holder gone")]
+
+    def driver(self):
+        driver = PowerDriver(DRIVER, session_bus=self.bus)
+        self.addCleanup(driver.__exit__)
+        return driver
+
+    def test_each_desktop_is_asked_for_idle_sleep_only(self):
+        expected = {
+            "plasma": "AddInhibition 1 Vigilo",
+            "session-manager": "Inhibit Vigilo 0 4",
+            "power-manager": "Inhibit Vigilo",
+        }
+        for desktop, call in expected.items():
+            with self.subTest(desktop=desktop):
+                open(self.log_path, "w", encoding="utf-8").close()
+                service = self.service(desktop)
+                driver = PowerDriver(DRIVER, session_bus=self.bus)
+                status, number = driver.create()
+                self.assertEqual(status, 0)
+                # The first cookie of the service is 0, which is one like any other.
+                self.assertEqual(self.calls(), [call + " -> 0"])
+                driver.release(number)
+                wait_until(lambda: self.calls()[1:] == ["release 0"], "the release")
+                driver.__exit__()
+                end(service)
+
+    def test_plasma_wins_over_a_session_manager(self):
+        self.service("session-manager")
+        self.service("plasma")
+        self.driver().create()
+        self.assertEqual(self.calls(), ["AddInhibition 1 Vigilo -> 0"])
+
+    def test_a_refusal_says_why(self):
+        for answer, status in (
+            ("org.freedesktop.DBus.Error.AccessDenied", 13),
+            ("org.freedesktop.DBus.Error.InvalidArgs", 22),
+            ("org.freedesktop.DBus.Error.UnknownMethod", 38),
+            ("org.freedesktop.DBus.Error.LimitsExceeded", 11),
+            ("org.example.Whatever", 5),
+        ):
+            with self.subTest(answer=answer):
+                service = self.service("plasma", answer)
+                with PowerDriver(DRIVER, session_bus=self.bus) as driver:
+                    self.assertEqual(driver.create(), (status, 0))
+                end(service)
+
+    def test_a_service_that_hangs_is_given_up_and_what_it_grants_too_late_is_dropped(self):
+        self.service("plasma", "hang")
+        driver = self.driver()
+        self.assertEqual(driver.create(), (110, 0))
+        wait_until(lambda: "holder gone" in self.log(), "the connection to close")
+
+    def test_without_any_bus_it_is_refused(self):
+        with PowerDriver(DRIVER) as driver:
+            self.assertEqual(driver.create(), (107, 0))
+
+    def test_a_service_that_restarts_is_asked_again(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        _, number = driver.create()
+        end(service)
+        self.service("plasma")
+        wait_until(lambda: self.calls().count("AddInhibition 1 Vigilo -> 0") == 2, "the lock to be taken again")
+        # The new service has given the old cookie's number anew; it must not be let go.
+        self.assertNotIn("release 0", self.calls())
+        driver.release(number)
+        wait_until(lambda: "release 0" in self.calls(), "the release")
+
+    def test_a_service_that_refuses_after_its_restart_is_asked_until_it_grants(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        driver.create()
+        end(service)
+        service = self.service("plasma", "refuse-twice")
+        wait_until(lambda: self.calls()[-1].endswith("-> 0") and self.log().count("refused") == 2, "the grant")
+
+    def test_nothing_is_asked_of_a_service_after_the_release(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        _, number = driver.create()
+        driver.release(number)
+        wait_until(lambda: "release 0" in self.calls(), "the release")
+        end(service)
+        before = len(self.calls())
+        self.service("plasma")
+        self.assertEqual(driver.create()[0], 0)
+        self.assertEqual(len(self.calls()), before + 1)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,68 @@
+#!/usr/bin/python3
+"""Power assertions against a real logind. Usage: logind_power_test.py POWER_DRIVER"""
+
+import os
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SystemBus
+from harness.power import PowerDriver
+from harness.processes import end, wait_until
+
+DRIVER = sys.argv.pop(1)
+
+
+class LogindPower(unittest.TestCase):
+    def setUp(self):
+        self.bus = SystemBus()
+        self.addCleanup(self.bus.stop)
+
+    def driver(self, **options):
+        driver = PowerDriver(DRIVER, system_bus=self.bus, **options)
+        self.addCleanup(driver.__exit__)
+        return driver
+
+    def test_a_lock_blocks_idling_and_nothing_else(self):
+        driver = self.driver()
+        status, number = driver.create()
+        self.assertEqual(status, 0)
+        locks = self.bus.inhibitors()
+        self.assertEqual([lock[:4] for lock in locks], [("idle", "Vigilo", "Keeping the test awake", "block")])
+        driver.release(number)
+        wait_until(lambda: not self.bus.inhibitors(), "the release")
+
+    def test_an_ordinary_user_may_hold_one(self):
+        driver = self.driver(user=65534)
+        self.assertEqual(driver.create()[0], 0)
+        self.assertEqual(len(self.bus.inhibitors()), 1)
+
+    def test_the_lock_goes_with_a_killed_holder(self):
+        driver = self.driver()
+        driver.create()
+        driver.start_child()
+        driver.kill()
+        # A child that inherited the descriptor would keep it.
+        wait_until(lambda: not self.bus.inhibitors(), "the lock to go")
+
+    def test_the_lock_stands_after_a_restart_of_logind(self):
+        driver = self.driver()
+        _, number = driver.create()
+        end(self.bus.logind)
+        self.bus.start_logind()
+        wait_until(self.bus.inhibitors, "the lock after the restart")
+        driver.release(number)
+        wait_until(lambda: not self.bus.inhibitors(), "the release")
+
+    def test_an_assertion_taken_before_logind_is_there_is_refused(self):
+        end(self.bus.logind)
+        self.assertEqual(self.driver().create(), (38, 0))
+
+
+if __name__ == "__main__":
+    reason = SystemBus.missing()
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

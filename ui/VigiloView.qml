@@ -1,0 +1,301 @@
+import QtQuick
+import Vigilo
+import QtQuick.Window
+
+// The main window's content: the state of the machine, the next session's choice, one large button.
+Item {
+    id: view
+
+    required property VigiloViewModel model
+
+    // Only a change of state moves the hero, not the first layout.
+    property bool isLaidOut: false
+
+    width: 720
+    height: 560
+    Component.onCompleted: isLaidOut = true
+
+    GlowField {
+        anchors.fill: parent
+        ground: Theme.ground
+
+        Glow {
+            color: Qt.rgba(0.15, 0.48, 1, 0.2)
+            diameter: 390
+            blur: 85
+            offsetX: view.width * -0.38
+            offsetY: view.height * -0.34
+        }
+
+        Glow {
+            color: Qt.rgba(0.46, 0.25, 1, 0.17)
+            diameter: 340
+            blur: 95
+            offsetX: view.width * 0.42
+            offsetY: view.height * 0.36
+        }
+    }
+
+    DragHandler {
+        target: null
+        onActiveChanged: {
+            if (active) {
+                view.Window.window.startSystemMove();
+            }
+        }
+    }
+
+    Row {
+        id: header
+
+        x: 44
+        y: 28
+        height: 38
+        spacing: 11
+
+        Emblem {
+            width: 38
+            height: 38
+            cornerRadius: 11
+            symbolSize: 20
+            from: Theme.blue
+            to: Theme.purple
+        }
+
+        Column {
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 1
+            Accessible.role: Accessible.StaticText
+            Accessible.name: "Vigilo, Your work keeps moving"
+
+            Label {
+                text: "Vigilo"
+                size: 16
+                rounded: true
+                font.weight: Font.DemiBold
+            }
+
+            Label {
+                text: "Your work keeps moving"
+                size: 11
+                rounded: true
+                font.weight: Font.Medium
+                color: Theme.secondary
+            }
+        }
+    }
+
+    StatusPill {
+        anchors.right: parent.right
+        anchors.rightMargin: 44
+        anchors.verticalCenter: header.verticalCenter
+        active: view.model.isActive
+        text: view.model.pillText
+    }
+
+    Column {
+        id: middle
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        // The space between header and footer is shared evenly above and below.
+        y: header.y + header.height + (footer.y - header.y - header.height - height) / 2
+
+        Behavior on y {
+            enabled: view.isLaidOut
+
+            NumberAnimation {
+                duration: Theme.heroDuration
+                easing.type: Easing.InOutQuad
+            }
+        }
+
+        Column {
+            id: hero
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 9
+
+            SymbolIcon {
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 40
+                height: 40
+                name: view.model.heroSymbol
+                color: view.model.isActive ? Theme.green : Qt.rgba(0.48, 0.68, 1, 1)
+
+                Behavior on color {
+                    ColorAnimation {
+                        duration: Theme.heroDuration
+                        easing.type: Easing.InOutQuad
+                    }
+                }
+            }
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: view.model.headline
+                size: 30
+                rounded: true
+                font.weight: Font.DemiBold
+                Accessible.ignored: false
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: view.model.statusText
+                rounded: true
+                font.weight: Font.Medium
+                color: Theme.secondary
+                Accessible.ignored: false
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+
+        Item {
+            width: 1
+            height: 30
+        }
+
+        Capsule {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: sentence.width + 20
+            height: sentence.height + 20
+            visible: !view.model.isActive
+            Accessible.role: Accessible.Grouping
+            Accessible.name: "For " + view.model.durationText + " using " + view.model.modeTitle
+
+            Row {
+                id: sentence
+
+                anchors.centerIn: parent
+                spacing: 9
+
+                Label {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: "For"
+                    size: 15
+                    rounded: true
+                    font.weight: Font.Medium
+                    color: Theme.secondary
+                }
+
+                ChoiceMenu {
+                    id: durationMenu
+
+                    label: "Awake duration"
+                    value: view.model.durationText
+                    symbol: "clock"
+                    rows: view.model.durationRows
+                    currentIndex: view.model.durationIndex
+                    onChosen: index => view.model.chooseDuration(index)
+                }
+
+                Label {
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: "using"
+                    size: 15
+                    rounded: true
+                    font.weight: Font.Medium
+                    color: Theme.secondary
+                }
+
+                ChoiceMenu {
+                    label: "Screen mode"
+                    value: view.model.modeTitle
+                    symbol: view.model.modeSymbol
+                    rows: view.model.modeRows
+                    rowSymbols: view.model.modeRowSymbols
+                    currentIndex: view.model.modeIndex
+                    onChosen: index => view.model.chooseMode(index)
+                }
+            }
+        }
+
+        Row {
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: Theme.textGap
+            visible: view.model.isActive
+            Accessible.role: Accessible.StaticText
+            Accessible.name: view.model.activeModeTitle
+
+            SymbolIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 15
+                height: 15
+                name: view.model.activeModeSymbol
+                color: Qt.rgba(0.62, 0.78, 1, 1)
+            }
+
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: view.model.activeModeTitle
+                rounded: true
+                font.weight: Font.DemiBold
+                color: Qt.rgba(0.62, 0.78, 1, 1)
+            }
+        }
+
+        Item {
+            width: 1
+            height: 22
+        }
+
+        ActionButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            focus: true
+            text: view.model.actionTitle
+            symbol: view.model.actionSymbol
+            ground: view.model.isActive ? Theme.white(0.1) : Theme.blue
+            onClicked: view.model.pressAction()
+        }
+    }
+
+    Row {
+        id: footer
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: view.height - 28 - height
+        height: 14
+        spacing: 7
+        Accessible.role: Accessible.StaticText
+        Accessible.name: footerText.text
+
+        SymbolIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 14
+            height: 14
+            name: "laptopcomputer"
+            color: Theme.secondary
+        }
+
+        Label {
+            id: footerText
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Closed-lid use requires Apple’s external display and power setup."
+            size: 11
+            font.weight: Font.Medium
+            color: Theme.secondary
+        }
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: 6
+        spacing: 2
+
+        WindowButton {
+            text: "Minimise"
+            onClicked: view.Window.window.showMinimized()
+        }
+
+        WindowButton {
+            text: "Close"
+            crossed: true
+            onClicked: view.Window.window.close()
+        }
+    }
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace vigilo {
+
+/// The families that texts are set in.
+class Fonts : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString systemFamily READ systemFamily CONSTANT)
+    Q_PROPERTY(QString roundedFamily READ roundedFamily CONSTANT)
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    /// The desktop's own.
+    static QString systemFamily();
+
+    /// Quicksand where it is installed, else the desktop's own.
+    static QString roundedFamily();
+};
+
+} // namespace vigilo

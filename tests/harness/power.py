@@ -1,5 +1,6 @@
 """The program that takes power assertions for tests, driven from outside."""
 
+import os
 import subprocess
 
 from .processes import end, environment
@@ -52,6 +53,11 @@ class PowerDriver:
 
     def release(self, number):
         self._tell("release %d" % number)
+
+    def holds_a_lock_of_logind(self):
+        """Whether one of logind's lock descriptors is open in it."""
+        folder = "/proc/%d/fd" % self._process.pid
+        return any("/inhibit/" in os.readlink(os.path.join(folder, name)) for name in os.listdir(folder))
 
     def start_child(self):
         self._tell("child")

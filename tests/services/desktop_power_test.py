@@ -122,6 +122,16 @@ class DesktopPower(unittest.TestCase):
         service = self.service("plasma", "refuse-twice")
         wait_until(lambda: self.calls()[-1].endswith("-> 0") and self.log().count("refused") == 2, "the grant")
 
+    def test_a_lock_taken_again_without_a_system_bus_is_given_back(self):
+        service = self.service("power-manager")
+        driver = self.driver()
+        _, number = driver.create()
+        end(service)
+        self.service("power-manager")
+        wait_until(lambda: self.calls().count("Inhibit Vigilo -> 0") == 2, "the lock to be taken again")
+        driver.release(number)
+        wait_until(lambda: "release 0" in self.calls(), "the release")
+
     def test_nothing_is_asked_of_a_service_after_the_release(self):
         service = self.service("plasma")
         driver = self.driver()

@@ -2,16 +2,18 @@
 """Power assertions against a real logind. Usage: logind_power_test.py POWER_DRIVER"""
 
 import os
+import subprocess
 import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from harness.buses import SystemBus
+from harness.buses import SessionBus, SystemBus
 from harness.power import PowerDriver
-from harness.processes import end, wait_until
+from harness.processes import Processes, end, environment, wait_until
 
 DRIVER = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_power_service.py")
 
 
 class LogindPower(unittest.TestCase):
@@ -54,6 +56,27 @@ class LogindPower(unittest.TestCase):
         wait_until(self.bus.inhibitors, "the lock after the restart")
         driver.release(number)
         wait_until(lambda: not self.bus.inhibitors(), "the release")
+
+    def test_a_lock_beside_a_desktops_own_stands_while_logind_is_away(self):
+        with SessionBus() as session_bus, Processes() as processes:
+            service = processes.start(
+                ["/usr/bin/python3", SERVICE, "power-manager", "grant"],
+                env=environment(DBUS_SESSION_BUS_ADDRESS=session_bus.address),
+                stdout=subprocess.PIPE,
+                text=True,
+            )
+            self.addCleanup(service.stdout.close)
+            self.assertEqual(service.stdout.readline(), "ready\n")
+            driver = self.driver(session_bus=session_bus)
+            self.assertEqual(driver.create()[0], 0)
+            self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 0\n")
+            end(self.bus.logind)
+            # The desktop grants anew and the cookie from before is given back; logind cannot.
+            self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 1\n")
+            self.assertEqual(service.stdout.readline(), "release 0\n")
+            self.assertTrue(driver.holds_a_lock_of_logind())
+            self.bus.start_logind()
+            wait_until(self.bus.inhibitors, "the lock after the restart")
 
     def test_an_assertion_taken_before_logind_is_there_is_refused(self):
         end(self.bus.logind)

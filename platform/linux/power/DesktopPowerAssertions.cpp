@@ -112,7 +112,14 @@ void DesktopPowerAssertions::finishRetake(std::uint32_t id,
     Held& held = found->second;
     held.retake.reset();
     if (result.status == 0) {
-        // The new ones are held already, so there is no moment without a lock.
+        // What a means did not grant anew it may still honour from before: logind keeps its locks
+        // over a restart. The new ones are held already, so there is no moment without a lock.
+        for (const InhibitMeans means : result.refused) {
+            const auto old = held.inhibitions.find(means);
+            if (old != held.inhibitions.end()) {
+                result.inhibitions.insert(held.inhibitions.extract(old));
+            }
+        }
         held.inhibitions = std::move(result.inhibitions);
         held.pause = firstPause;
         return;

@@ -9,7 +9,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <QObject>
 #include <QTimer>
@@ -40,7 +39,7 @@ private:
     /// One assertion held.
     struct Held {
         std::string reason;
-        std::vector<std::unique_ptr<Inhibition>> inhibitions;
+        InhibitionTaker::Inhibitions inhibitions;
         std::shared_ptr<InhibitionTaker> retake; ///< the latest attempt under way
         std::chrono::milliseconds pause{};       ///< before the next attempt
     };

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
@@ -57,8 +58,12 @@ InhibitionTaker::InhibitionTaker(const std::string& reason, std::chrono::millise
     for (const InhibitMeans means : chooseInhibitMeans(names)) {
         const auto& bus = means == InhibitMeans::logind ? buses.system : buses.session;
         requests_.push_back({.means = means, .bus = bus});
-        calls_.push_back(
-            bus->connection().asyncCall(takeCall(means, reason), static_cast<int>(limit.count())));
+        // A call over a bus that is not there would never be said to have finished.
+        calls_.push_back(bus->connection().isConnected()
+                             ? bus->connection().asyncCall(takeCall(means, reason),
+                                                           static_cast<int>(limit.count()))
+                             : QDBusPendingCall::fromError(QDBusError(
+                                   QDBusError::Disconnected, QStringLiteral("no such bus"))));
     }
 }
 
@@ -83,7 +88,9 @@ InhibitionTaker::Result InhibitionTaker::result() const {
             result.status = status;
         }
         if (inhibition) {
-            result.inhibitions.push_back(std::move(inhibition));
+            result.inhibitions.emplace(requests_[index].means, std::move(inhibition));
+        } else {
+            result.refused.push_back(requests_[index].means);
         }
     }
     if (result.status != 0) {

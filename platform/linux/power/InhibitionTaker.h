@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,10 +19,14 @@ namespace vigilo::platform {
 /// its own. The calls are sent at once and answered concurrently.
 class InhibitionTaker {
 public:
+    /// What is held, by the means that granted it.
+    using Inhibitions = std::map<InhibitMeans, std::unique_ptr<Inhibition>>;
+
     /// What an attempt came to.
     struct Result {
-        std::int32_t status = 0; ///< of the desktop's own means; 0: granted
-        std::vector<std::unique_ptr<Inhibition>> inhibitions; ///< empty unless granted
+        std::int32_t status = 0;           ///< of the desktop's own means; 0: granted
+        Inhibitions inhibitions;           ///< empty unless granted
+        std::vector<InhibitMeans> refused; ///< asked in vain
     };
 
     /// Sends the calls that this desktop wants, with the reason shown to the user; each fails by

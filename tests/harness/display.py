@@ -71,6 +71,13 @@ class VirtualDisplay:
         """Presses keys, one after another, as xdotool names them."""
         subprocess.run(["xdotool", "key", *keys], check=True, env=os.environ | {"DISPLAY": self.name})
 
+    def hold_key(self, key, seconds):
+        """Holds a key down, so that it repeats."""
+        environment = os.environ | {"DISPLAY": self.name}
+        subprocess.run(["xdotool", "keydown", key], check=True, env=environment)
+        time.sleep(seconds)
+        subprocess.run(["xdotool", "keyup", key], check=True, env=environment)
+
 
 def windows_named(display, title):
     """Identifiers of the windows shown with exactly this title."""

@@ -13,8 +13,16 @@ T.Button {
     height: 46
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) {
+            button.clicked();
+        }
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat) {
+            button.clicked();
+        }
+    }
 
     background: Rectangle {
         radius: 11

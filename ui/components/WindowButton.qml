@@ -12,8 +12,16 @@ T.Button {
     height: 20
     focusPolicy: Qt.TabFocus
     Accessible.name: text
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) {
+            button.clicked();
+        }
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat) {
+            button.clicked();
+        }
+    }
 
     background: Rectangle {
         radius: 10

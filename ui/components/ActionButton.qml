@@ -1,9 +1,8 @@
 import QtQuick
 import Vigilo
-import QtQuick.Templates as T
 
 // The one large button.
-T.Button {
+PlainButton {
     id: button
 
     required property string symbol
@@ -11,18 +10,6 @@ T.Button {
 
     width: 248
     height: 46
-    focusPolicy: Qt.StrongFocus
-    Accessible.name: text
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat) {
-            button.clicked();
-        }
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat) {
-            button.clicked();
-        }
-    }
 
     background: Rectangle {
         radius: 11

@@ -5,7 +5,7 @@ import Vigilo
 import QtQuick.Templates as T
 
 // A capsule that shows a choice and opens a menu of its alternatives.
-T.Button {
+PlainButton {
     id: button
 
     required property string label
@@ -25,13 +25,10 @@ T.Button {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     horizontalPadding: 12
     verticalPadding: 9
-    focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: label
     Accessible.description: value
     onClicked: button.open()
-    Keys.onReturnPressed: button.open()
-    Keys.onEnterPressed: button.open()
     Keys.onDownPressed: button.open()
     Keys.onUpPressed: button.open()
 

@@ -1,9 +1,8 @@
 import QtQuick
 import Vigilo
-import QtQuick.Templates as T
 
 // A small round button of the window's frame: quiet until the pointer or the keyboard is on it.
-T.Button {
+PlainButton {
     id: button
 
     property bool crossed: false
@@ -11,17 +10,6 @@ T.Button {
     width: 20
     height: 20
     focusPolicy: Qt.TabFocus
-    Accessible.name: text
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat) {
-            button.clicked();
-        }
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat) {
-            button.clicked();
-        }
-    }
 
     background: Rectangle {
         radius: 10

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include <QMetaObject>
 #include <QPointer>
 #include <QTimer>
 
@@ -29,6 +28,11 @@ private:
 
 } // namespace
 
+QtRunLoop::QtRunLoop() {
+    QObject::connect(&postedNotifier_, &QSocketNotifier::activated, &context_,
+                     [this] { posted_.runNext(); });
+}
+
 std::shared_ptr<Timer> QtRunLoop::scheduleRepeating(std::chrono::milliseconds interval,
                                                     Task action) {
     auto* timer = new QTimer(&context_);
@@ -43,7 +47,7 @@ void QtRunLoop::runAfter(std::chrono::milliseconds delay, Task task) {
 }
 
 void QtRunLoop::post(Task task) {
-    QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
+    posted_.push(std::move(task));
 }
 
 void QtRunLoop::runInBackground(Task task) {

@@ -2,8 +2,10 @@
 
 #include "platform/RunLoop.h"
 #include "platform/linux/BackgroundWorker.h"
+#include "platform/linux/TaskQueue.h"
 
 #include <QObject>
+#include <QSocketNotifier>
 
 namespace vigilo::platform {
 
@@ -11,6 +13,8 @@ namespace vigilo::platform {
 /// as long as it lives.
 class QtRunLoop : public RunLoop {
 public:
+    QtRunLoop();
+
     std::shared_ptr<Timer> scheduleRepeating(std::chrono::milliseconds interval,
                                              Task action) override;
     void runAfter(std::chrono::milliseconds delay, Task task) override;
@@ -21,7 +25,11 @@ public:
     bool finishBackgroundWork(std::chrono::milliseconds limit);
 
 private:
-    QObject context_; ///< tasks not yet run go with it
+    QObject context_; ///< timers and delayed tasks go with it
+    // Not the toolkit's own queue: the thread sanitizer cannot see into that and would take every
+    // hand-over for a data race.
+    TaskQueue posted_;
+    QSocketNotifier postedNotifier_{posted_.descriptor(), QSocketNotifier::Read};
     BackgroundWorker worker_;
 };
 

@@ -5,6 +5,7 @@
 #include "platform/linux/SystemWallClock.h"
 #include "platform/linux/lock/LogindSystemLock.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
+#include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/processes/ProcfsProcessTable.h"
 #include "platform/linux/workspace/DesktopWorkspace.h"
 #include "platform/qt/ApplicationObject.h"
@@ -38,7 +39,7 @@ int runApplication(char* programName) {
     platform::QtApplication qtApplication;
     platform::QtRunLoop runLoop;
     platform::SystemWallClock wallClock;
-    platform::DesktopPowerAssertions powerAssertions;
+    platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());
     platform::LogindSystemLock systemLock;
     platform::DesktopWorkspace workspace;
     platform::QtAlerts alerts;
@@ -63,9 +64,9 @@ int runApplication(char* programName) {
     const int status = applicationObject.run();
     delegate->applicationWillTerminate();
 
-    // A scan that the kernel holds up must not hold up the end of the program; what it still uses
-    // is never destroyed then.
-    if (!runLoop.finishBackgroundWork(500ms)) {
+    // A scan that the kernel holds up, or a bus that does not answer, must not hold up the end of
+    // the program; what they still use is never destroyed then.
+    if (!runLoop.finishBackgroundWork(500ms) || powerAssertions.isRequestUnderWay()) {
         std::_Exit(status);
     }
     return status;

@@ -5,7 +5,7 @@ import shutil
 import subprocess
 import tempfile
 
-from .processes import Processes, environment, wait_until
+from .processes import Processes, end, environment, wait_until
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 POLKITD = "/usr/lib/polkit-1/polkitd"
@@ -56,20 +56,28 @@ class _Bus:
         self.folder = tempfile.mkdtemp(prefix="vigilo-bus-")
         os.chmod(self.folder, 0o755)
         self.processes = Processes()
-        path = os.path.join(self.folder, "bus")
-        self.address = "unix:path=" + path
-        file = os.path.join(self.folder, "bus.conf")
-        with open(file, "w", encoding="utf-8") as out:
-            out.write(configuration.format(path=path))
+        self._socket = os.path.join(self.folder, "bus")
+        self.address = "unix:path=" + self._socket
+        with open(os.path.join(self.folder, "bus.conf"), "w", encoding="utf-8") as out:
+            out.write(configuration.format(path=self._socket))
         try:
-            self.daemon = self.processes.start(
-                ["dbus-daemon", "--config-file=" + file, "--nofork", "--nopidfile"]
-            )
-            wait_until(lambda: os.path.exists(path), "the bus")
-            os.chmod(path, 0o777)
+            self._start_daemon()
         except BaseException:
             self.stop()
             raise
+
+    def _start_daemon(self):
+        file = os.path.join(self.folder, "bus.conf")
+        self.daemon = self.processes.start(["dbus-daemon", "--config-file=" + file, "--nofork", "--nopidfile"])
+        wait_until(lambda: os.path.exists(self._socket), "the bus")
+        os.chmod(self._socket, 0o777)
+
+    def restart(self):
+        """Ends the bus, with everybody's connection to it, and starts it anew at the same address."""
+        end(self.daemon)
+        if os.path.exists(self._socket):
+            os.remove(self._socket)
+        self._start_daemon()
 
     def __enter__(self):
         return self
@@ -105,9 +113,15 @@ class SystemBus(_Bus):
             return "mount namespaces are not allowed here"
         return None
 
-    def __init__(self, user="root", lifetime=900):
+    def __init__(self, user="root", lifetime=900, logind_settings="", polkit_rule=None):
         super().__init__(SYSTEM_BUS)
         self.user = user
+        with open(self._path("logind.conf"), "w", encoding="utf-8") as file:
+            file.write("[Login]\n" + logind_settings)
+        os.mkdir(self._path("rules"))
+        if polkit_rule:
+            with open(self._path("rules/10-test.rules"), "w", encoding="utf-8") as file:
+                file.write(polkit_rule)
         self._lifetime = str(lifetime)
         self._environment = environment(DBUS_SYSTEM_BUS_ADDRESS=self.address)
         try:
@@ -151,11 +165,15 @@ class SystemBus(_Bus):
 
     def start_logind(self):
         """Starts logind, again after it was stopped."""
-        script = (
-            "mount --make-rprivate / && mount --bind '%s' /run/systemd && exec %s"
-            % (self._path("run"), LOGIND)
+        script = """set -e
+            mount --make-rprivate /
+            mount --bind "$0/run" /run/systemd
+            mount --bind "$0/logind.conf" /etc/systemd/logind.conf
+            mount --bind "$0/rules" /etc/polkit-1/rules.d
+            exec "$1" """
+        self.logind = self.processes.start(
+            ["unshare", "-m", "bash", "-c", script, self.folder, LOGIND], env=self._environment
         )
-        self.logind = self.processes.start(["unshare", "-m", "bash", "-c", script], env=self._environment)
         wait_until(lambda: self.call("ListSessions") is not None, "logind")
 
     def call(self, method, *arguments):
@@ -168,6 +186,16 @@ class SystemBus(_Bus):
             env=self._environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
         )
         return result.stdout.strip() if result.returncode == 0 else None
+
+    def announce_sleep(self, begins):
+        """Sends the signal with which logind announces a suspend or the waking from it."""
+        subprocess.run(
+            [
+                "dbus-send", "--bus=" + self.address, "--type=signal", "/org/freedesktop/login1",
+                "org.freedesktop.login1.Manager.PrepareForSleep", "boolean:" + ("true" if begins else "false"),
+            ],
+            check=True,
+        )
 
     def inhibitors(self):
         """Vigilo's locks as logind lists them: (what, who, why, mode, uid, pid) each."""

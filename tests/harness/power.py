@@ -9,8 +9,8 @@ from .processes import end, environment
 class PowerDriver:
     """A running power_driver; addresses of buses that do not exist stand for no bus."""
 
-    def __init__(self, program, session_bus=None, system_bus=None, user=None):
-        command = [program]
+    def __init__(self, program, session_bus=None, system_bus=None, user=None, is_sandboxed=False):
+        command = [program, "sandboxed"] if is_sandboxed else [program]
         if user:
             command = ["setpriv", "--reuid", str(user), "--regid", str(user), "--clear-groups", *command]
         none = "unix:path=/nonexistent/bus"
@@ -47,17 +47,23 @@ class PowerDriver:
         return self._line()
 
     def create(self):
-        """(status, id)"""
-        status, number = self._tell("create")
-        return int(status), int(number)
+        """(status, id); `held_up` is then how long the caller was held up, in milliseconds."""
+        status, number, self.held_up = (int(word) for word in self._tell("create"))
+        return status, number
 
     def release(self, number):
         self._tell("release %d" % number)
 
-    def holds_a_lock_of_logind(self):
-        """Whether one of logind's lock descriptors is open in it."""
+    def locks_of_logind(self):
+        """The lock descriptors of logind that are open in it."""
         folder = "/proc/%d/fd" % self._process.pid
-        return any("/inhibit/" in os.readlink(os.path.join(folder, name)) for name in os.listdir(folder))
+        targets = set()
+        for name in os.listdir(folder):
+            try:
+                targets.add(os.readlink(os.path.join(folder, name)))
+            except FileNotFoundError:
+                pass  # closed meanwhile
+        return {target for target in targets if "/inhibit/" in target}
 
     def start_child(self):
         self._tell("child")

@@ -3,6 +3,7 @@
 them on a private bus. Usage: desktop_power_test.py POWER_DRIVER"""
 
 import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -47,8 +48,8 @@ class DesktopPower(unittest.TestCase):
     def calls(self):
         return [line for line in self.log().splitlines() if line not in ("ready", "holder gone")]
 
-    def driver(self):
-        driver = PowerDriver(DRIVER, session_bus=self.bus)
+    def driver(self, **options):
+        driver = PowerDriver(DRIVER, session_bus=self.bus, **options)
         self.addCleanup(driver.__exit__)
         return driver
 
@@ -96,7 +97,59 @@ class DesktopPower(unittest.TestCase):
         self.service("plasma", "hang")
         driver = self.driver()
         self.assertEqual(driver.create(), (110, 0))
+        self.assertLess(driver.held_up, 2000)
         wait_until(lambda: "holder gone" in self.log(), "the connection to close")
+
+    def test_a_bus_that_hangs_is_given_up(self):
+        self.service("plasma")
+        driver = self.driver()
+        self.bus.daemon.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.bus.daemon.send_signal, signal.SIGCONT)
+        self.assertEqual(driver.create(), (110, 0))
+        self.assertLess(driver.held_up, 2000)
+
+    def test_a_bus_that_restarts_is_found_again(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        driver.create()
+        self.bus.restart()
+        end(service)
+        self.service("plasma")
+        wait_until(lambda: self.calls().count("AddInhibition 1 Vigilo -> 0") == 2, "the lock to be taken again")
+
+    def test_the_new_lock_is_taken_before_the_old_one_is_let_go(self):
+        # A service that lost its name and has it back, without having forgotten its cookies.
+        service = self.service("plasma", "renames")
+        driver = self.driver()
+        driver.create()
+        service.send_signal(signal.SIGUSR1)
+        wait_until(lambda: "release 0" in self.calls(), "the release of the old lock")
+        held = set()
+        for call in self.calls():
+            if call.startswith("release "):
+                held.remove(call.split()[-1])
+            else:
+                held.add(call.split()[-1])
+            self.assertTrue(held, self.calls())
+
+    def test_inside_a_sandbox_only_the_portal_is_asked_and_only_its_response_counts(self):
+        self.service("plasma")
+        for answer, status in (("grant", 0), ("deny", 13), ("hang", 110)):
+            with self.subTest(answer=answer):
+                open(self.log_path, "w", encoding="utf-8").close()
+                service = self.service("portal", answer)
+                driver = self.driver(is_sandboxed=True)
+                result, number = driver.create()
+                self.assertEqual(result, status)
+                self.assertLess(driver.held_up, 2000)
+                self.assertEqual(self.calls()[0], "Inhibit 4 " + answer)
+                if status == 0:
+                    driver.release(number)
+                wait_until(lambda: "close" in self.calls(), "the request to be closed")
+                end(service)
+
+    def test_a_sandbox_without_a_portal_is_refused(self):
+        self.assertEqual(self.driver(is_sandboxed=True).create(), (38, 0))
 
     def test_without_any_bus_it_is_refused(self):
         with PowerDriver(DRIVER) as driver:

@@ -1,7 +1,10 @@
 #!/usr/bin/python3
 """One desktop's power service with the interface of the real one; prints what it is asked.
-Usage: fake_power_service.py plasma|session-manager|power-manager grant|hang|refuse-twice|ERROR-NAME"""
+Usage: fake_power_service.py plasma|session-manager|power-manager|portal grant|hang|renames|refuse-twice|ERROR-NAME
+"renames" grants, and gives its name away and takes it back on SIGUSR1. The portal knows "deny", too: it
+accepts the request and says no in its response."""
 
+import signal
 import sys
 
 import dbus
@@ -24,6 +27,11 @@ SERVICES = {
         "/org/freedesktop/PowerManagement/Inhibit",
         "org.freedesktop.PowerManagement.Inhibit",
     ),
+    "portal": (
+        "org.freedesktop.portal.Desktop",
+        "/org/freedesktop/portal/desktop",
+        "org.freedesktop.portal.Inhibit",
+    ),
 }
 NAME, PATH, INTERFACE = SERVICES[DESKTOP]
 
@@ -41,7 +49,7 @@ class Service(dbus.service.Object):
         if ANSWER == "hang":
             print(text, "...", flush=True)
             return
-        if ANSWER not in ("grant", "refuse-twice") or self.refusals > 0:
+        if ANSWER not in ("grant", "renames", "refuse-twice") or self.refusals > 0:
             self.refusals -= 1
             print(text, "refused", flush=True)
             name = ANSWER if "." in ANSWER else "org.freedesktop.DBus.Error.Failed"
@@ -88,10 +96,38 @@ class PowerManager(Service):
         self.give_back(cookie)
 
 
+class PortalRequest(dbus.service.Object):
+    @dbus.service.signal("org.freedesktop.portal.Request", signature="ua{sv}")
+    def Response(self, response, results):
+        pass
+
+    @dbus.service.method("org.freedesktop.portal.Request")
+    def Close(self):
+        print("close", flush=True)
+        self.remove_from_connection()
+
+
+class Portal(Service):
+    @dbus.service.method(INTERFACE, in_signature="sua{sv}", out_signature="o", sender_keyword="sender")
+    def Inhibit(self, _window, flags, options, sender):
+        bus.watch_name_owner(sender, lambda owner: owner or print("holder gone", flush=True))
+        name = sender[1:].replace(".", "_")
+        path = "/org/freedesktop/portal/desktop/request/%s/%s" % (name, options["handle_token"])
+        request = PortalRequest(bus, path)
+        print("Inhibit %d" % flags, ANSWER, flush=True)
+        if ANSWER != "hang":
+            GLib.timeout_add(50, lambda: request.Response(0 if ANSWER == "grant" else 1, {}))
+        return dbus.ObjectPath(path)
+
+
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 bus = dbus.SessionBus()
-service = {"plasma": Plasma, "session-manager": SessionManager, "power-manager": PowerManager}[DESKTOP](bus, PATH)
+KINDS = {"plasma": Plasma, "session-manager": SessionManager, "power-manager": PowerManager, "portal": Portal}
+service = KINDS[DESKTOP](bus, PATH)
 # The name last: who sees it may ask at once.
 name = dbus.service.BusName(NAME, bus)
+GLib.unix_signal_add(
+    GLib.PRIORITY_DEFAULT, signal.SIGUSR1, lambda: bus.release_name(NAME) and bus.request_name(NAME) or True
+)
 print("ready", flush=True)
 GLib.MainLoop().run()

@@ -40,6 +40,38 @@ class LogindPower(unittest.TestCase):
         self.assertEqual(driver.create()[0], 0)
         self.assertEqual(len(self.bus.inhibitors()), 1)
 
+    def test_a_policy_that_forbids_it_is_respected(self):
+        forbid = """polkit.addRule(function(action, subject) {
+            if (action.id == "org.freedesktop.login1.inhibit-block-idle") { return polkit.Result.NO; }
+        });"""
+        with SystemBus(polkit_rule=forbid) as bus, PowerDriver(DRIVER, system_bus=bus, user=65534) as driver:
+            self.assertEqual(driver.create(), (13, 0))
+            self.assertEqual(bus.inhibitors(), [])
+
+    def test_the_lock_is_taken_anew_when_the_machine_wakes(self):
+        driver = self.driver()
+        driver.create()
+        before = driver.locks_of_logind()
+        self.bus.announce_sleep(False)
+        wait_until(lambda: driver.locks_of_logind() not in (before, set()), "the new lock")
+        wait_until(lambda: len(self.bus.inhibitors()) == 1, "the old lock to go")
+
+    def test_a_session_bus_that_appears_later_is_noticed(self):
+        with SessionBus() as session_bus, Processes() as processes:
+            end(session_bus.daemon)
+            driver = self.driver(session_bus=session_bus)
+            self.assertEqual(driver.create()[0], 0)
+            session_bus.restart()
+            service = processes.start(
+                ["/usr/bin/python3", SERVICE, "power-manager", "grant"],
+                env=environment(DBUS_SESSION_BUS_ADDRESS=session_bus.address),
+                stdout=subprocess.PIPE,
+                text=True,
+            )
+            self.addCleanup(service.stdout.close)
+            self.assertEqual(service.stdout.readline(), "ready\n")
+            self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 0\n")
+
     def test_the_lock_goes_with_a_killed_holder(self):
         driver = self.driver()
         driver.create()
@@ -74,7 +106,7 @@ class LogindPower(unittest.TestCase):
             # The desktop grants anew and the cookie from before is given back; logind cannot.
             self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 1\n")
             self.assertEqual(service.stdout.readline(), "release 0\n")
-            self.assertTrue(driver.holds_a_lock_of_logind())
+            self.assertTrue(driver.locks_of_logind())
             self.bus.start_logind()
             wait_until(self.bus.inhibitors, "the lock after the restart")
 

@@ -1,12 +1,17 @@
 // Takes and gives back power assertions as told on standard input, for tests that watch from
-// outside: "create" prints the status and the id, "release ID" lets go, the end of the input ends
-// it.
+// outside: "create" prints the status, the id and the milliseconds it took, "release ID" lets go,
+// the end of the input ends it. With the argument "sandboxed" only the desktop portal is asked.
 #include "platform/linux/power/DesktopPowerAssertions.h"
 
+#include "platform/qt/QtRunLoop.h"
+
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -20,9 +25,12 @@ void obey(vigilo::platform::DesktopPowerAssertions& assertions, const std::strin
     std::string command;
     words >> command;
     if (command == "create") {
+        const auto before = std::chrono::steady_clock::now();
         const auto assertion =
             assertions.create("PreventUserIdleSystemSleep", 255, "Keeping the test awake");
-        std::printf("%d %u\n", assertion.status, assertion.id);
+        const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now() - before);
+        std::printf("%d %u %ld\n", assertion.status, assertion.id, taken.count());
     } else if (command == "release") {
         std::uint32_t id = 0;
         words >> id;
@@ -39,7 +47,9 @@ void obey(vigilo::platform::DesktopPowerAssertions& assertions, const std::strin
 
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
-    vigilo::platform::DesktopPowerAssertions assertions;
+    const bool isSandboxed = argc > 1 && std::string_view(argv[1]) == "sandboxed";
+    vigilo::platform::QtRunLoop runLoop;
+    vigilo::platform::DesktopPowerAssertions assertions(runLoop, isSandboxed);
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
         std::string line;
@@ -51,5 +61,9 @@ int main(int argc, char* argv[]) {
     });
     std::puts("ready");
     std::fflush(stdout);
-    return QCoreApplication::exec();
+    const int status = QCoreApplication::exec();
+    if (assertions.isRequestUnderWay()) {
+        std::_Exit(status);
+    }
+    return status;
 }

@@ -1,10 +1,9 @@
 #include "platform/linux/power/DesktopPowerAssertions.h"
 
+#include "platform/linux/power/PowerStatus.h"
+
 #include <algorithm>
 #include <utility>
-
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
 
 namespace vigilo::platform {
 
@@ -12,120 +11,133 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// With what finding out about the services may take, a caller is held up for 2 s at most.
-constexpr auto createLimit = 1500ms;
+// A caller is held up for 2 s at most, whatever hangs.
+constexpr auto createLimit = 1900ms;
+constexpr auto createAnswerLimit = 1400ms;
 // A retake holds nobody up.
-constexpr auto retakeLimit = 10s;
+constexpr auto retakeAnswerLimit = 10s;
 
 constexpr auto firstPause = 500ms;
 constexpr auto longestPause = 30000ms;
 
 } // namespace
 
-DesktopPowerAssertions::DesktopPowerAssertions() {
-    retryTimer_.setSingleShot(true);
-    connect(&retryTimer_, &QTimer::timeout, this, &DesktopPowerAssertions::retakeAll);
-    auto* const sessionWatcher = new QDBusServiceWatcher(this);
-    sessionWatcher->setConnection(watched_.session->connection());
-    watch(*sessionWatcher,
-          {InhibitMeans::plasma, InhibitMeans::sessionManager, InhibitMeans::powerManager});
-    auto* const systemWatcher = new QDBusServiceWatcher(this);
-    systemWatcher->setConnection(watched_.system->connection());
-    watch(*systemWatcher, {InhibitMeans::logind});
-    QDBusConnection system = watched_.system->connection();
-    system.connect(QStringLiteral("org.freedesktop.login1"),
-                   QStringLiteral("/org/freedesktop/login1"),
-                   QStringLiteral("org.freedesktop.login1.Manager"),
-                   QStringLiteral("PrepareForSleep"), this, SLOT(prepareForSleep(bool)));
-}
+DesktopPowerAssertions::DesktopPowerAssertions(RunLoop& runLoop, bool isSandboxed)
+    : runLoop_(runLoop), isSandboxed_(isSandboxed) {}
 
-DesktopPowerAssertions::~DesktopPowerAssertions() = default;
-
-void DesktopPowerAssertions::watch(QDBusServiceWatcher& watcher,
-                                   std::initializer_list<InhibitMeans> services) {
-    watcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    for (const InhibitMeans means : services) {
-        watcher.addWatchedService(QString::fromUtf8(serviceName(means).data()));
+DesktopPowerAssertions::~DesktopPowerAssertions() {
+    for (const auto& [id, held] : held_) {
+        if (held.retry) {
+            held.retry->invalidate();
+        }
     }
-    connect(&watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            &DesktopPowerAssertions::retakeAll);
 }
 
 PowerAssertion DesktopPowerAssertions::create(std::string_view, std::uint32_t,
                                               std::string_view name) {
     const std::string reason(name);
-    InhibitionTaker taker(reason, createLimit);
-    taker.wait();
-    InhibitionTaker::Result result = taker.result();
-    if (result.status != 0) {
-        return {.status = result.status, .id = 0};
+    const auto request = attempt({.reason = reason,
+                                  .limit = createAnswerLimit,
+                                  .isSandboxed = isSandboxed_,
+                                  .needsSessionBus = false},
+                                 {});
+    std::optional<InhibitionResult> result = request->result(createLimit);
+    if (!result) {
+        return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"), .id = 0};
+    }
+    if (result->status != 0) {
+        return {.status = result->status, .id = 0};
     }
     const std::uint32_t id = nextId_++;
-    held_.emplace(id, Held{.reason = reason,
-                           .inhibitions = std::move(result.inhibitions),
-                           .retake = nullptr,
-                           .pause = firstPause});
+    held_[id].reason = reason;
+    hold(id, std::move(*result));
     return {.status = 0, .id = id};
 }
 
 void DesktopPowerAssertions::release(std::uint32_t id) {
-    held_.erase(id);
-}
-
-void DesktopPowerAssertions::prepareForSleep(bool begins) {
-    if (!begins) {
-        retakeAll();
-    }
-}
-
-void DesktopPowerAssertions::retakeAll() {
-    for (const auto& [id, held] : held_) {
-        retake(id);
-    }
-}
-
-void DesktopPowerAssertions::retake(std::uint32_t id) {
-    Held& held = held_.at(id);
-    const auto attempt = std::make_shared<InhibitionTaker>(held.reason, retakeLimit);
-    // An attempt still under way is overtaken by this one; what it may yet be granted goes with it.
-    held.retake = attempt;
-    const auto remaining = std::make_shared<std::size_t>(attempt->calls().size());
-    for (const QDBusPendingCall& call : attempt->calls()) {
-        auto* const watcher = new QDBusPendingCallWatcher(call, this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this,
-                [this, id, attempt, remaining, watcher] {
-                    watcher->deleteLater();
-                    if (--*remaining == 0) {
-                        finishRetake(id, attempt);
-                    }
-                });
-    }
-}
-
-void DesktopPowerAssertions::finishRetake(std::uint32_t id,
-                                          const std::shared_ptr<InhibitionTaker>& attempt) {
-    InhibitionTaker::Result result = attempt->result();
     const auto found = held_.find(id);
-    if (found == held_.end() || found->second.retake != attempt) {
-        return; // released or overtaken meanwhile: what was granted is given back here
+    if (found == held_.end()) {
+        return;
     }
-    Held& held = found->second;
-    held.retake.reset();
-    if (result.status == 0) {
-        // What a means did not grant anew it may still honour from before: logind keeps its locks
-        // over a restart. The new ones are held already, so there is no moment without a lock.
-        for (const InhibitMeans means : result.refused) {
-            const auto old = held.inhibitions.find(means);
-            if (old != held.inhibitions.end()) {
-                result.inhibitions.insert(held.inhibitions.extract(old));
+    if (found->second.retry) {
+        found->second.retry->invalidate();
+    }
+    held_.erase(found);
+}
+
+std::shared_ptr<InhibitionAttempt>
+DesktopPowerAssertions::attempt(InhibitionRequest request, std::function<void()> onFinished) {
+    ++*requestsUnderWay_;
+    return std::make_shared<InhibitionAttempt>(
+        std::move(request), [count = requestsUnderWay_, onFinished = std::move(onFinished)] {
+            if (onFinished) {
+                onFinished();
             }
+            --*count;
+        });
+}
+
+/// Keeps what was granted in place of what was held before.
+void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
+    Held& held = held_.at(id);
+    // What a means did not grant anew it may still honour from before: logind keeps its locks over
+    // a restart. The new ones are held already, so there is no moment without a lock.
+    for (const InhibitMeans means : result.refused) {
+        const auto old = held.inhibitions.find(means);
+        if (old != held.inhibitions.end()) {
+            result.inhibitions.insert(held.inhibitions.extract(old));
         }
-        held.inhibitions = std::move(result.inhibitions);
-        held.pause = firstPause;
+    }
+    held.inhibitions = std::move(result.inhibitions);
+    held.watch = std::make_unique<PowerWatch>(result.buses, [this, id] { retake(id, false); });
+    held.pause = firstPause;
+    if (!result.buses.session->connection().isConnected()) {
+        // The session's own means may yet appear.
+        retryLater(id, true);
+    }
+}
+
+void DesktopPowerAssertions::retake(std::uint32_t id, bool needsSessionBus) {
+    Held& held = held_.at(id);
+    // The token is what the finished request finds its way back by: it is gone when the assertion
+    // is released, overtaken by a later attempt or ended with the program.
+    const auto token = std::make_shared<std::weak_ptr<InhibitionAttempt>>();
+    const auto started = attempt({.reason = held.reason,
+                                  .limit = retakeAnswerLimit,
+                                  .isSandboxed = isSandboxed_,
+                                  .needsSessionBus = needsSessionBus},
+                                 [this, id, token, needsSessionBus, runLoop = &runLoop_] {
+                                     runLoop->post([this, id, token, needsSessionBus] {
+                                         if (!token->expired()) {
+                                             finishRetake(id, needsSessionBus);
+                                         }
+                                     });
+                                 });
+    *token = started;
+    held.retake = started;
+}
+
+void DesktopPowerAssertions::finishRetake(std::uint32_t id, bool needsSessionBus) {
+    Held& held = held_.at(id);
+    const auto finished = std::exchange(held.retake, nullptr);
+    std::optional<InhibitionResult> result = finished->result(0ms);
+    if (result && result->status == 0) {
+        hold(id, std::move(*result));
         return;
     }
     // The old ones stay: they may still be honoured.
-    retryTimer_.start(held.pause);
+    retryLater(id, needsSessionBus);
+}
+
+void DesktopPowerAssertions::retryLater(std::uint32_t id, bool needsSessionBus) {
+    Held& held = held_.at(id);
+    if (held.retry) {
+        held.retry->invalidate();
+    }
+    held.retry = runLoop_.scheduleRepeating(held.pause, [this, id, needsSessionBus] {
+        std::exchange(held_.at(id).retry, nullptr)->invalidate();
+        retake(id, needsSessionBus);
+    });
     held.pause = std::min<std::chrono::milliseconds>(held.pause * 2, longestPause);
 }
 

@@ -35,8 +35,10 @@ Address address(InhibitMeans means) {
                 "org.freedesktop.PowerManagement.Inhibit", "Inhibit", "UnInhibit"};
     case InhibitMeans::logind:
         return {"/org/freedesktop/login1", "org.freedesktop.login1.Manager", "Inhibit", nullptr};
+    case InhibitMeans::portal:
+        break;
     }
-    fatal("an InhibitMeans outside its enumeration");
+    fatal("a service that is not asked with a plain call");
 }
 
 QDBusMessage call(InhibitMeans means, const QString& service, const char* method) {
@@ -68,6 +70,8 @@ QDBusMessage takeCall(InhibitMeans means, const std::string& reason) {
     case InhibitMeans::logind:
         message << QStringLiteral("idle") << applicationName() << shown << QStringLiteral("block");
         break;
+    case InhibitMeans::portal:
+        break; // refused by address()
     }
     return message;
 }

@@ -11,7 +11,8 @@
 namespace vigilo::platform {
 
 /// The call that takes an inhibition of idle sleep, and of nothing else, from a service; `reason`
-/// is what the desktop shows for it. It never starts the service.
+/// is what the desktop shows for it. It never starts the service. Not for the portal, which takes
+/// more than one call: a programming error.
 QDBusMessage takeCall(InhibitMeans means, const std::string& reason);
 
 /// The call that gives back what a service of the session granted under a cookie (0 is one like any

@@ -16,6 +16,8 @@ std::string_view serviceName(InhibitMeans means) {
         return "org.freedesktop.PowerManagement";
     case InhibitMeans::logind:
         return "org.freedesktop.login1";
+    case InhibitMeans::portal:
+        return "org.freedesktop.portal.Desktop";
     }
     fatal("an InhibitMeans outside its enumeration");
 }

@@ -12,14 +12,15 @@ enum class InhibitMeans {
     sessionManager, ///< the session manager of GNOME, Cinnamon, MATE and Budgie
     powerManager,   ///< the power manager of Xfce and others
     logind,         ///< the login manager, on the system bus
+    portal,         ///< the desktop portal, all that a sandboxed program may ask
 };
 
 /// The well-known name of the service on its bus.
 std::string_view serviceName(InhibitMeans means);
 
-/// What to ask on a session bus where these names are owned. The first one is the desktop's own:
-/// its answer decides. logind goes along with it, except on Plasma, which takes logind's idle lock
-/// as a wish to keep the screen on, too.
+/// What to ask outside a sandbox on a session bus where these names are owned. The first one is the
+/// desktop's own: its answer decides. logind goes along with it, except on Plasma, which takes
+/// logind's idle lock as a wish to keep the screen on, too.
 std::vector<InhibitMeans> chooseInhibitMeans(const std::vector<std::string>& ownedNames);
 
 } // namespace vigilo::platform

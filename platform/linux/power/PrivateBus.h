@@ -11,6 +11,7 @@ namespace vigilo::platform {
 /// drop what it granted through it, also what it grants too late to be heard of.
 class PrivateBus {
 public:
+    /// Connects, and waits for as long as the bus takes for it. Any thread.
     explicit PrivateBus(QDBusConnection::BusType type);
     ~PrivateBus();
     PrivateBus(const PrivateBus&) = delete;
@@ -24,10 +25,10 @@ private:
     QDBusConnection connection_;
 };
 
-/// The two buses that power services are on.
+/// The two buses that power services are on; none where it was not needed.
 struct PowerBuses {
-    std::shared_ptr<PrivateBus> session = std::make_shared<PrivateBus>(QDBusConnection::SessionBus);
-    std::shared_ptr<PrivateBus> system = std::make_shared<PrivateBus>(QDBusConnection::SystemBus);
+    std::shared_ptr<PrivateBus> session;
+    std::shared_ptr<PrivateBus> system;
 };
 
 } // namespace vigilo::platform

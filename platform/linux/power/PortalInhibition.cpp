@@ -1,0 +1,118 @@
+#include "platform/linux/power/PortalInhibition.h"
+
+#include "platform/linux/power/PowerStatus.h"
+
+#include <optional>
+#include <utility>
+
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingReply>
+#include <QEventLoop>
+#include <QTimer>
+#include <QUuid>
+#include <QVariantMap>
+
+#include <unistd.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+constexpr auto service = "org.freedesktop.portal.Desktop";
+constexpr auto requestInterface = "org.freedesktop.portal.Request";
+// Flags of org.freedesktop.portal.Inhibit: 4 is suspend; 8, idle, would keep the screen on.
+constexpr std::uint32_t inhibitSuspend = 4;
+// Of org.freedesktop.portal.Request.Response: the user's or the desktop's yes.
+constexpr std::uint32_t responseSuccess = 0;
+
+QDBusMessage portalCall(const QString& path, const char* interface, const char* method) {
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(QString::fromLatin1(service), path,
+                                       QString::fromLatin1(interface), QString::fromLatin1(method));
+    message.setAutoStartService(false);
+    return message;
+}
+
+/// The path at which the portal answers a request, known before it is made, so that the answer
+/// cannot come before somebody listens.
+QString requestPath(const QDBusConnection& connection, const QString& token) {
+    QString sender = connection.baseService().mid(1);
+    sender.replace(QLatin1Char('.'), QLatin1Char('_'));
+    return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
+}
+
+/// Waits for the response to one request.
+class ResponseListener : public QObject {
+    Q_OBJECT
+
+public:
+    ResponseListener(QDBusConnection connection, const QString& path) {
+        connection.connect(QString::fromLatin1(service), path,
+                           QString::fromLatin1(requestInterface), QStringLiteral("Response"), this,
+                           SLOT(respond(uint, QVariantMap)));
+    }
+
+    std::optional<std::uint32_t> wait(std::chrono::milliseconds limit) {
+        if (!response_) {
+            QTimer::singleShot(limit, &loop_, &QEventLoop::quit);
+            loop_.exec();
+        }
+        return response_;
+    }
+
+private Q_SLOTS:
+    void respond(uint response, const QVariantMap&) {
+        response_ = response;
+        loop_.quit();
+    }
+
+private:
+    QEventLoop loop_;
+    std::optional<std::uint32_t> response_;
+};
+
+} // namespace
+
+PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const std::string& reason,
+                                 std::chrono::milliseconds limit) {
+    const QDBusConnection& connection = bus->connection();
+    if (!connection.isConnected()) {
+        return {.status = noBusStatus, .inhibition = nullptr};
+    }
+    const QString token = QStringLiteral("vigilo_") + QUuid::createUuid().toString(QUuid::Id128);
+    const QString path = requestPath(connection, token);
+    ResponseListener listener(connection, path);
+    QDBusMessage question = portalCall(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                       "org.freedesktop.portal.Inhibit", "Inhibit");
+    // No parent window: the request belongs to the program as a whole.
+    question << QString() << inhibitSuspend
+             << QVariantMap{{QStringLiteral("handle_token"), token},
+                            {QStringLiteral("reason"), QString::fromStdString(reason)}};
+    const QDBusPendingReply<QDBusObjectPath> reply =
+        connection.call(question, QDBus::Block, static_cast<int>(limit.count()));
+    if (reply.isError()) {
+        return {.status = powerStatus(reply.error().name().toStdString()), .inhibition = nullptr};
+    }
+    // From here on the request exists and is closed again unless it is kept.
+    auto inhibition =
+        std::make_unique<CookieInhibition>(bus, portalCall(path, requestInterface, "Close"));
+    const std::optional<std::uint32_t> response = listener.wait(limit);
+    if (!response) {
+        return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"), .inhibition = nullptr};
+    }
+    if (*response != responseSuccess) {
+        return {.status = powerStatus("org.freedesktop.DBus.Error.AccessDenied"),
+                .inhibition = nullptr};
+    }
+    return {.status = 0, .inhibition = std::move(inhibition)};
+}
+
+bool isInsideFlatpak() {
+    return access("/.flatpak-info", F_OK) == 0;
+}
+
+} // namespace vigilo::platform
+
+#include "PortalInhibition.moc"

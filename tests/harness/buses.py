@@ -187,6 +187,17 @@ class SystemBus(_Bus):
         )
         return result.stdout.strip() if result.returncode == 0 else None
 
+    def set_idle(self, is_idle):
+        """What the desktop tells logind about its user."""
+        subprocess.run(
+            [
+                "busctl", "--system", "call", "org.freedesktop.login1",
+                "/org/freedesktop/login1/session/" + self.session_id, "org.freedesktop.login1.Session",
+                "SetIdleHint", "b", "true" if is_idle else "false",
+            ],
+            env=self._environment, check=True,
+        )
+
     def announce_sleep(self, begins):
         """Sends the signal with which logind announces a suspend or the waking from it."""
         subprocess.run(

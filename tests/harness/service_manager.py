@@ -12,7 +12,9 @@ from gi.repository import GLib
 MANAGER = "org.freedesktop.systemd1.Manager"
 
 
-class ServiceManager(dbus.service.Object):
+class ServiceManager(dbus.service.FallbackObject):
+    """Below its own path are the units, all loaded and active."""
+
     jobs = 0
 
     def job(self, what, unit):
@@ -52,13 +54,17 @@ class ServiceManager(dbus.service.Object):
     def SetUnitProperties(self, unit, runtime):
         pass
 
+    @dbus.service.method("org.freedesktop.systemd1.Scope")
+    def Abandon(self):
+        pass
+
     @dbus.service.signal(MANAGER, signature="uoss")
     def JobRemoved(self, number, path, unit, result):
         pass
 
     @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="ss", out_signature="v")
     def Get(self, _interface, name):
-        return "active" if name == "ActiveState" else ""
+        return {"ActiveState": "active", "LoadState": "loaded"}.get(name, "")
 
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)

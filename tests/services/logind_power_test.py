@@ -4,6 +4,7 @@
 import os
 import subprocess
 import sys
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
@@ -71,6 +72,27 @@ class LogindPower(unittest.TestCase):
             self.addCleanup(service.stdout.close)
             self.assertEqual(service.stdout.readline(), "ready\n")
             self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 0\n")
+
+    def test_an_idle_machine_is_put_off_only_after_the_release(self):
+        # Off rather than to sleep, since not every kernel can sleep; who is asked for it is a
+        # stand-in for the service manager.
+        action = "StartUnit poweroff.target"
+        with SystemBus(logind_settings="IdleAction=poweroff\nIdleActionSec=4\n") as bus:
+            with PowerDriver(DRIVER, system_bus=bus) as driver:
+                _, number = driver.create()
+                bus.set_idle(True)
+
+                def is_put_off():
+                    # logind may let a due action wait for half a minute, but not past a question.
+                    bus.inhibitors()
+                    return action in bus.manager_calls()
+
+                held_until = time.monotonic() + 8
+                while time.monotonic() < held_until:
+                    self.assertFalse(is_put_off())
+                    time.sleep(0.2)
+                driver.release(number)
+                wait_until(is_put_off, "the idle action")
 
     def test_the_lock_goes_with_a_killed_holder(self):
         driver = self.driver()

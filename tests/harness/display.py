@@ -20,11 +20,14 @@ class VirtualDisplay:
             stderr=subprocess.DEVNULL,
         )
         os.close(writer)
+        self._read_number(reader)
+
+    def _read_number(self, reader):
         with os.fdopen(reader) as numbers:
             number = numbers.readline().strip()
         if not number:
             self.stop()
-            raise RuntimeError("Xvfb did not start")
+            raise RuntimeError("the display server did not start")
         self.name = ":" + number
 
     def __enter__(self):

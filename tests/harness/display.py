@@ -47,7 +47,7 @@ class VirtualDisplay:
     def picture(self):
         """The screen's pixels."""
         return subprocess.run(
-            ["/usr/bin/import", "-display", self.name, "-window", "root", "ppm:-"],
+            ["/usr/bin/import", "-display", self.name, "-window", "root", "-depth", "8", "ppm:-"],
             check=True,
             stdout=subprocess.PIPE,
         ).stdout
@@ -62,12 +62,30 @@ class VirtualDisplay:
             if now != before:
                 before, since = now, time.monotonic()
 
+    def position(self, window):
+        """The upper left corner of a window, in pixels of the screen."""
+        answer = subprocess.run(
+            ["xdotool", "getwindowgeometry", "--shell", window],
+            check=True,
+            env=os.environ | {"DISPLAY": self.name},
+            stdout=subprocess.PIPE,
+            text=True,
+        ).stdout
+        values = dict(line.split("=") for line in answer.split())
+        return int(values["X"]), int(values["Y"])
+
     def click(self, window, x, y):
         """Clicks at a point of a window, in pixels from its corner."""
         subprocess.run(
-            ["xdotool", "mousemove", "--window", window, str(x), str(y), "click", "1"],
+            ["xdotool", "mousemove", "--window", window, str(int(x)), str(int(y)), "click", "1"],
             check=True,
             env=os.environ | {"DISPLAY": self.name},
+        )
+
+    def move_pointer(self, x, y):
+        """Moves the pointer to a pixel of the screen."""
+        subprocess.run(
+            ["xdotool", "mousemove", str(x), str(y)], check=True, env=os.environ | {"DISPLAY": self.name}
         )
 
     def key(self, *keys):

@@ -17,6 +17,7 @@ PlainButton {
     signal chosen(index: int)
 
     function open() {
+        menu.focusReason = button.visualFocus ? Qt.TabFocusReason : Qt.PopupFocusReason;
         menu.popup(button, 0, button.height + 6);
         menu.currentIndex = Math.max(button.currentIndex, 0);
     }
@@ -71,13 +72,18 @@ PlainButton {
     T.Menu {
         id: menu
 
+        // Who came by keyboard sees where the focus is when the menu has closed.
+        property int focusReason: Qt.PopupFocusReason
+
+        // The screen reader sees the item around the content.
+        onAboutToShow: menu.contentItem.parent.Accessible.name = button.label
         implicitWidth: Math.max(button.width, contentItem.implicitWidth + 12)
         implicitHeight: contentItem.implicitHeight + 12
         padding: 6
         margins: 8
         modal: false
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-        onClosed: button.forceActiveFocus(Qt.PopupFocusReason)
+        onClosed: button.forceActiveFocus(menu.focusReason)
 
         background: Rectangle {
             radius: 12
@@ -92,8 +98,13 @@ PlainButton {
             model: menu.contentModel
             interactive: false
             currentIndex: menu.currentIndex
-            // A letter goes to the next row that begins with it.
+            // Home and End go to the ends, a letter to the next row that begins with it.
             Keys.onPressed: event => {
+                if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+                    menu.currentIndex = event.key === Qt.Key_Home ? 0 : menu.count - 1;
+                    event.accepted = true;
+                    return;
+                }
                 const letter = event.text.toLowerCase();
                 if (letter.length !== 1 || letter < "!") {
                     return;
@@ -122,11 +133,14 @@ PlainButton {
                 implicitWidth: 164
                 implicitHeight: 30
                 text: modelData
-                onTriggered: button.chosen(index)
-                Accessible.role: Accessible.MenuItem
+                checkable: true
+                checked: isCurrent
+                onTriggered: {
+                    // A press has turned the check mark over.
+                    checked = Qt.binding(() => isCurrent);
+                    button.chosen(index);
+                }
                 Accessible.name: text
-                Accessible.checkable: true
-                Accessible.checked: isCurrent
 
                 background: Rectangle {
                     radius: 7

@@ -1,0 +1,87 @@
+"""The desktop's accessibility service on a private session bus, and what it says of a program."""
+
+import os
+import shutil
+import tempfile
+
+from .buses import SessionBus
+from .processes import environment, wait_until
+
+LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+
+
+class AccessibleDesktop(SessionBus):
+    """A session bus with the accessibility service; this process, too, reads the tree over it."""
+
+    def __init__(self):
+        super().__init__()
+        try:
+            self.runtime_folder = tempfile.mkdtemp(prefix="vigilo-runtime-")
+            self.environment = {
+                "DBUS_SESSION_BUS_ADDRESS": self.address,
+                "XDG_RUNTIME_DIR": self.runtime_folder,
+                "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+            }
+            os.environ.update(self.environment)
+            os.environ.pop("AT_SPI_BUS_ADDRESS", None)
+            self.processes.start([LAUNCHER, "--launch-immediately"], env=environment(DISPLAY=None))
+            wait_until(lambda: os.path.exists(self.runtime_folder + "/at-spi/bus"), "the accessibility bus")
+        except BaseException:
+            self.stop()
+            raise
+
+    def stop(self):
+        super().stop()
+        shutil.rmtree(self.runtime_folder, ignore_errors=True)
+
+    def nodes(self, program="vigilo"):
+        """Everything that can be read of a program, in the order of its tree."""
+        import gi
+
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+
+        desktop = Atspi.get_desktop(0)
+        found = []
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if application and application.get_name() == program:
+                _collect(application, found)
+        return found
+
+    def find(self, role, name):
+        """The one node with this role and name that is shown; None when there is none."""
+        for node in self.nodes():
+            if node.role == role and node.name == name and "showing" in node.states:
+                return node
+        return None
+
+    def wait_for(self, role, name):
+        return wait_until(lambda: self.find(role, name), "the %s named %s" % (role, name))
+
+
+class Node:
+    """What a screen reader is told of one thing on the screen."""
+
+    def __init__(self, accessible):
+        self._accessible = accessible
+        self.role = accessible.get_role_name()
+        self.name = accessible.get_name()
+        self.description = accessible.get_description()
+        self.states = {state.value_nick for state in accessible.get_state_set().get_states()}
+
+    def press(self):
+        self._accessible.get_action_iface().do_action(0)
+
+
+def _collect(accessible, found):
+    from gi.repository import GLib
+
+    try:
+        found.append(Node(accessible))
+        for index in range(accessible.get_child_count()):
+            child = accessible.get_child_at_index(index)
+            if child:
+                _collect(child, found)
+    except GLib.Error:
+        pass  # gone meanwhile

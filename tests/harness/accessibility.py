@@ -71,7 +71,9 @@ class Node:
         self.states = {state.value_nick for state in accessible.get_state_set().get_states()}
 
     def press(self):
-        self._accessible.get_action_iface().do_action(0)
+        actions = self._accessible.get_action_iface()
+        names = [actions.get_action_name(index) for index in range(actions.get_n_actions())]
+        actions.do_action(names.index("Press"))
 
 
 def _collect(accessible, found):

@@ -141,6 +141,10 @@ PlainButton {
                     button.chosen(index);
                 }
                 Accessible.name: text
+                Accessible.onPressAction: {
+                    item.triggered();
+                    menu.close();
+                }
 
                 background: Rectangle {
                     radius: 7

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A button without a look of its own that Return and Enter press like Space: once, however long held.
+// A button without a look of its own that Return and Enter press like Space, once, however long held,
+// and that a screen reader can press.
 T.Button {
     id: button
 
@@ -13,6 +14,7 @@ T.Button {
 
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
+    Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
 }

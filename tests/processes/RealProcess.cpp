@@ -2,6 +2,8 @@
 
 #include <array>
 #include <csignal>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -48,6 +50,12 @@ RealProcess::~RealProcess() {
         kill(pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);
     }
+}
+
+std::size_t RealProcess::childCount() const {
+    const std::string process = std::to_string(pid_);
+    std::ifstream children("/proc/" + process + "/task/" + process + "/children");
+    return static_cast<std::size_t>(std::distance(std::istream_iterator<pid_t>(children), {}));
 }
 
 void RealProcess::becomeZombie() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ public:
     ~RealProcess();
 
     pid_t pid() const { return pid_; }
+
+    /// How many children it has now.
+    std::size_t childCount() const;
 
     /// Kills it and leaves its entry in the process table.
     void becomeZombie() const;

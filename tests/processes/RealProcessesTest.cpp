@@ -59,6 +59,16 @@ protected:
 
     std::vector<AgentSession> ours() { return ours(procfs); }
 
+    /// What is found once `count` sessions are, or after some seconds.
+    std::vector<AgentSession> oursWhenThereAre(std::size_t count) {
+        auto found = ours();
+        for (int attempt = 0; attempt < 500 && found.size() != count; ++attempt) {
+            std::this_thread::sleep_for(10ms);
+            found = ours();
+        }
+        return found;
+    }
+
     fs::path root;
     platform::ProcfsProcessTable procfs;
     platform::PsProcessTable ps;
@@ -188,10 +198,49 @@ TEST_F(RealProcessesTest, findsTheProcessesOfOtherUsers) {
         {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", program("claude"), "600"},
         folder("theirs"));
     // setpriv replaces itself by the program; before that it is no agent.
-    for (int attempt = 0; attempt < 200 && ours().empty(); ++attempt) {
+    EXPECT_EQ(oursWhenThereAre(1).size(), 1u);
+}
+
+TEST_F(RealProcessesTest, countsAProcessOnceHoweverManyThreadsItHas) {
+    const RealProcess process(PROCESS_DOUBLE, {"codex", "threads", "8"}, folder("threads"));
+    const auto found = ours();
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].pid, process.pid());
+    EXPECT_EQ(found[0].processCount, 1);
+}
+
+TEST_F(RealProcessesTest, goesByATitleThatAProcessWritesOverItsArguments) {
+    const RealProcess becomes(PROCESS_DOUBLE, {"something-long", "title", "codex: working"},
+                              folder("agent"));
+    const RealProcess still(PROCESS_DOUBLE, {"something-long", "title", "codex working"},
+                            folder("other"));
+    const auto found = oursWhenThereAre(1);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].pid, still.pid());
+}
+
+TEST_F(RealProcessesTest, findsAProcessInsideAnotherPidNamespace) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can make a PID namespace here";
+    }
+    const RealProcess process(
+        "/usr/bin/unshare",
+        {"unshare", "--pid", "--fork", "--kill-child", program("claude"), "600"}, folder("inside"));
+    const auto found = oursWhenThereAre(1);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].project, project("inside"));
+    EXPECT_NE(found[0].pid, process.pid());
+}
+
+TEST_F(RealProcessesTest, findsTwoAmongTenThousand) {
+    const RealProcess crowd(PROCESS_DOUBLE, {"crowd", "children", "10000"}, folder("crowd"));
+    const RealProcess one(program("claude"), {"claude", "600"}, folder("one"));
+    const RealProcess two(program("claude"), {"claude", "600"}, folder("two"));
+    for (int attempt = 0; attempt < 1000 && crowd.childCount() < 10000; ++attempt) {
         std::this_thread::sleep_for(10ms);
     }
-    EXPECT_EQ(ours().size(), 1u);
+    ASSERT_EQ(crowd.childCount(), 10000u);
+    EXPECT_EQ(ours().size(), 2u);
 }
 
 TEST_F(RealProcessesTest, seesABusyProcessAndThatItStops) {

@@ -12,7 +12,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
-from harness.processes import Processes
+from harness.processes import Processes, die_with_parent
 
 VIGILO = sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
@@ -86,6 +86,7 @@ class OnADisplay(unittest.TestCase):
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
             text=True,
+            preexec_fn=die_with_parent,
         )
         self.addCleanup(self.finish, process)
         return process

@@ -5,6 +5,8 @@ import re
 import subprocess
 import time
 
+from .processes import die_with_parent
+
 
 class VirtualDisplay:
     """Xvfb on a display number of its own choosing; use it as a context manager or call stop()."""
@@ -18,6 +20,7 @@ class VirtualDisplay:
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
+            preexec_fn=die_with_parent,
         )
         os.close(writer)
         self._read_number(reader)

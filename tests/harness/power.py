@@ -3,7 +3,7 @@
 import os
 import subprocess
 
-from .processes import end, environment
+from .processes import die_with_parent, end, environment
 
 
 class PowerDriver:
@@ -24,6 +24,7 @@ class PowerDriver:
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             text=True,
+            preexec_fn=die_with_parent,
         )
         self._line()
 

@@ -1,9 +1,18 @@
 """Programs that a test starts and surely stops again."""
 
+import ctypes
 import os
 import signal
 import subprocess
 import time
+
+_libc = ctypes.CDLL(None)
+_PR_SET_PDEATHSIG = 1
+
+
+def die_with_parent():
+    """For `preexec_fn`: the program ends when the test does, even when that is killed."""
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 class Processes:
@@ -20,7 +29,8 @@ class Processes:
 
     def start(self, command, **options):
         """A program with its output thrown away unless the options say otherwise."""
-        options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options
+        nothing = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        options = nothing | {"preexec_fn": die_with_parent} | options
         process = subprocess.Popen(command, **options)
         self._started.append(process)
         return process

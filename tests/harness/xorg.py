@@ -7,6 +7,7 @@ import subprocess
 import tempfile
 
 from .display import VirtualDisplay
+from .processes import die_with_parent
 
 CONFIGURATION = """
 Section "ServerFlags"
@@ -78,6 +79,7 @@ class DummyXorg(VirtualDisplay):
                 stdin=subprocess.DEVNULL,
                 stdout=log,
                 stderr=log,
+                preexec_fn=die_with_parent,
             )
         os.close(writer)
         self._read_number(reader)

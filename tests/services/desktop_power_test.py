@@ -13,7 +13,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.power import PowerDriver
-from harness.processes import end, environment, wait_until
+from harness.processes import die_with_parent, end, environment, wait_until
 
 DRIVER = sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_power_service.py")
@@ -36,6 +36,7 @@ class DesktopPower(unittest.TestCase):
                 env=environment(DBUS_SESSION_BUS_ADDRESS=self.bus.address),
                 stdin=subprocess.DEVNULL,
                 stdout=log,
+                preexec_fn=die_with_parent,
             )
         self.addCleanup(end, process)
         wait_until(lambda: self.log().count("ready") > before, "the service")

@@ -3,7 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/SelfTest.h"
 #include "platform/linux/SystemWallClock.h"
-#include "platform/linux/lock/LogindSystemLock.h"
+#include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/processes/ProcfsProcessTable.h"
@@ -40,7 +40,7 @@ int runApplication(char* programName) {
     platform::QtRunLoop runLoop;
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());
-    platform::LogindSystemLock systemLock;
+    platform::DesktopSystemLock systemLock;
     platform::DesktopWorkspace workspace;
     platform::QtAlerts alerts;
     platform::QtWindows windows;

@@ -16,8 +16,9 @@ BELOW = {
     "core": {"agents", "platform"},
     "ui": {"core", "agents", "platform"},
     "app": {"ui", "core", "agents", "platform"},
+    "helpers": set(),
 }
-WITHOUT_QT = ("text", "agents", "core", "app", "platform")
+WITHOUT_QT = ("text", "agents", "core", "app", "platform", "helpers")
 MEANS = ("platform/linux/", "platform/qt/")
 
 

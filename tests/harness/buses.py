@@ -227,9 +227,42 @@ class SystemBus(_Bus):
             if who == "Vigilo"
         ]
 
+    def locking_desktop(self):
+        """A desktop that locks the session when logind asks it to."""
+        return _LockingDesktop(self._path("desktop.log"), self.session_id, self._environment)
+
+    def listens(self, pid):
+        """Whether a process is on this bus."""
+        rows = subprocess.run(
+            ["busctl", "--system", "list", "--no-legend"], env=self._environment, check=True,
+            stdout=subprocess.PIPE, text=True,
+        ).stdout.splitlines()
+        return any(row.split()[1] == str(pid) for row in rows)
+
     def manager_calls(self):
         """What logind has asked of the service manager so far, a line each."""
         return _text(self.manager_log)
+
+
+class _LockingDesktop:
+    def __init__(self, log_path, session, variables):
+        self._log_path = log_path
+        with open(log_path, "w", encoding="utf-8") as log:
+            self._processes = Processes()
+            self._processes.start(
+                ["/usr/bin/python3", os.path.join(HERE, "locking_desktop.py"), session], env=variables, stdout=log
+            )
+
+    def __enter__(self):
+        wait_until(lambda: "ready" in _text(self._log_path), "the desktop")
+        return self
+
+    def __exit__(self, *_):
+        self._processes.stop()
+
+    def requests(self):
+        """How often it was asked so far."""
+        return _text(self._log_path).count("lock")
 
 
 def _text(path):

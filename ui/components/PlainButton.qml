@@ -6,8 +6,14 @@ import QtQuick.Templates as T
 T.Button {
     id: button
 
+    // An X server repeats a key as a release and a press, which the toolkit does not always see
+    // through when it is busy. No finger is that fast.
+    property int releasedKey: 0
+    property double releaseTime: 0
+
     function pressByKey(event) {
-        if (!event.isAutoRepeat) {
+        const isRepeated = event.isAutoRepeat || event.key === releasedKey && Date.now() - releaseTime < 30;
+        if (!isRepeated) {
             button.clicked();
         }
     }
@@ -17,4 +23,8 @@ T.Button {
     Accessible.onPressAction: button.clicked()
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
+    Keys.onReleased: event => {
+        releasedKey = event.key;
+        releaseTime = Date.now();
+    }
 }

@@ -14,12 +14,7 @@ QString installedPath(std::string_view program) {
         QString::fromUtf8(program.data(), static_cast<qsizetype>(program.size())));
 }
 
-} // namespace
-
-void DesktopWorkspace::openLockScreenSettings() {
-    const std::vector<std::string> command = lockSettingsCommand(
-        qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(),
-        [](std::string_view program) { return !installedPath(program).isEmpty(); });
+void start(const std::vector<std::string>& command) {
     if (command.empty()) {
         return;
     }
@@ -34,6 +29,42 @@ void DesktopWorkspace::openLockScreenSettings() {
     program.setStandardOutputFile(QProcess::nullDevice());
     program.setStandardErrorFile(QProcess::nullDevice());
     program.startDetached();
+}
+
+void startLockSettings(int gnomeVersion) {
+    start(lockSettingsCommand(
+        qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(),
+        [](std::string_view program) { return !installedPath(program).isEmpty(); }, gnomeVersion));
+}
+
+} // namespace
+
+void DesktopWorkspace::openLockScreenSettings() {
+    const QString gnome = installedPath("gnome-control-center");
+    if (gnome.isEmpty()) {
+        startLockSettings(0);
+        return;
+    }
+    // Its version is asked for without waiting; the panel opens when the answer is there.
+    auto* const question = new QProcess;
+    question->setProgram(gnome);
+    question->setArguments({QStringLiteral("--version")});
+    question->setStandardInputFile(QProcess::nullDevice());
+    question->setStandardErrorFile(QProcess::nullDevice());
+    const auto finish = [question] {
+        const QByteArray answer = question->readAllStandardOutput();
+        startLockSettings(
+            gnomeVersion({answer.constData(), static_cast<std::size_t>(answer.size())}));
+        question->deleteLater();
+    };
+    QObject::connect(question, &QProcess::finished, question, finish);
+    QObject::connect(question, &QProcess::errorOccurred, question,
+                     [finish](QProcess::ProcessError error) {
+                         if (error == QProcess::FailedToStart) {
+                             finish();
+                         }
+                     });
+    question->start();
 }
 
 } // namespace vigilo::platform

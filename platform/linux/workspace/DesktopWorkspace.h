@@ -4,7 +4,7 @@
 
 namespace vigilo::platform {
 
-/// Starts the settings programs of the desktop that the environment names.
+/// Starts the settings programs of the desktop that the environment names. Needs the event loop.
 class DesktopWorkspace : public Workspace {
 public:
     void openLockScreenSettings() override;

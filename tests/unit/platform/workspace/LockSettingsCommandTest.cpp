@@ -3,15 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
 
 namespace vigilo::platform {
 namespace {
 
 using Command = std::vector<std::string>;
 
-Command commandWith(std::string_view desktop, const std::set<std::string, std::less<>>& installed) {
+Command commandWith(std::string_view desktop, const std::set<std::string, std::less<>>& installed,
+                    int gnomeVersion = 43) {
     return lockSettingsCommand(
-        desktop, [&](std::string_view program) { return installed.contains(program); });
+        desktop, [&](std::string_view program) { return installed.contains(program); },
+        gnomeVersion);
 }
 
 TEST(LockSettingsCommand, isTheDesktopsOwn) {
@@ -21,6 +24,28 @@ TEST(LockSettingsCommand, isTheDesktopsOwn) {
               (Command{"systemsettings", "kcm_screenlocker"}));
     EXPECT_EQ(commandWith("MATE", {"mate-screensaver-preferences"}),
               (Command{"mate-screensaver-preferences"}));
+}
+
+TEST(LockSettingsCommand, followsGnomesMoves) {
+    for (const auto& [version, panel] : {std::pair{3, "lock"},
+                                         {42, "lock"},
+                                         {43, "screen"},
+                                         {44, "screen"},
+                                         {45, "privacy"},
+                                         {48, "privacy"},
+                                         {0, "privacy"}}) {
+        EXPECT_EQ(commandWith("GNOME", {"gnome-control-center"}, version),
+                  (Command{"gnome-control-center", panel}))
+            << version;
+    }
+}
+
+TEST(LockSettingsCommand, readsGnomesVersion) {
+    EXPECT_EQ(gnomeVersion("gnome-control-center 43.6\n"), 43);
+    EXPECT_EQ(gnomeVersion("gnome-control-center 3.38.4"), 3);
+    EXPECT_EQ(gnomeVersion("no number"), 0);
+    EXPECT_EQ(gnomeVersion("99999999999999"), 0);
+    EXPECT_EQ(gnomeVersion(""), 0);
 }
 
 TEST(LockSettingsCommand, isTheFirstInstalledOfADesktop) {

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace vigilo {
+
+/// Whether this user runs a program of one of these names (15 bytes at most count, as the kernel
+/// keeps them).
+bool isOneOfOursRunning(const std::vector<std::string_view>& names);
+
+} // namespace vigilo

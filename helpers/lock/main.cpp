@@ -1,0 +1,82 @@
+// Puts the displays to sleep behind the system's own lock, and ends. Where nothing takes the lock,
+// it becomes a screen locker itself, so that sleeping displays never wake to an open desktop.
+#include "helpers/lock/DisplaySleep.h"
+#include "helpers/lock/Lockers.h"
+#include "helpers/lock/OwnProcesses.h"
+#include "helpers/lock/SessionLock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace vigilo;
+using namespace std::chrono_literals;
+
+// By then a desktop that locks has said so.
+constexpr auto lockLimit = 2000ms;
+constexpr auto lockPause = 100ms;
+
+bool isSet(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+/// The path of a program on PATH; empty when it is not there.
+std::string installedPath(std::string_view program) {
+    const char* const path = std::getenv("PATH");
+    std::string_view rest = path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin";
+    while (!rest.empty()) {
+        const std::string_view folder = rest.substr(0, rest.find(':'));
+        rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
+        std::string candidate = std::string(folder) + "/" + std::string(program);
+        if (folder.starts_with('/') && access(candidate.c_str(), X_OK) == 0) {
+            return candidate;
+        }
+    }
+    return {};
+}
+
+bool isTakenInTime(SessionLock& session, DisplayServer server) {
+    const auto deadline = std::chrono::steady_clock::now() + lockLimit;
+    while (true) {
+        // A locker that logind's request has started says so to nobody.
+        if (session.isTaken() || isOneOfOursRunning(lockers(server))) {
+            return true;
+        }
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(lockPause);
+    }
+}
+
+} // namespace
+
+int main() {
+    if (!isSet("WAYLAND_DISPLAY") && !isSet("DISPLAY")) {
+        return EXIT_FAILURE;
+    }
+    const DisplayServer server =
+        isSet("WAYLAND_DISPLAY") ? DisplayServer::wayland : DisplayServer::x11;
+    {
+        SessionLock session;
+        session.request();
+        sleepDisplays(session);
+        if (isTakenInTime(session, server)) {
+            return EXIT_SUCCESS;
+        }
+    }
+    const std::string locker = installedLocker(server, installedPath);
+    if (locker.empty()) {
+        return EXIT_FAILURE;
+    }
+    execl(locker.c_str(), locker.c_str(), nullptr);
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,92 @@
+"""A private sway, a Wayland compositor of the wlroots family, on outputs without hardware."""
+
+import json
+import os
+import shutil
+import subprocess
+import tempfile
+
+from .processes import Processes, environment, wait_until
+
+CONFIGURATION = """
+xwayland disable
+output * bg #ff00ff solid_color
+"""
+
+
+class Sway:
+    """As a context manager or with stop(). It refuses to run for root and gets an ordinary user then."""
+
+    @staticmethod
+    def missing():
+        """Why it cannot be had here; None when it can."""
+        return None if shutil.which("sway") else "sway is not installed"
+
+    def __init__(self, outputs=1, settings="", **variables):
+        self.folder = tempfile.mkdtemp(prefix="vigilo-sway-")
+        os.chmod(self.folder, 0o700)
+        self.processes = Processes()
+        configuration = os.path.join(self.folder, "config")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(CONFIGURATION + settings)
+        command = ["sway", "-c", configuration]
+        if os.geteuid() == 0:
+            shutil.chown(self.folder, 65534, 65534)
+            command = ["setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", *command]
+        self._socket = os.path.join(self.folder, "ipc")
+        changes = {
+            "DISPLAY": None, "WAYLAND_DISPLAY": None, "HOME": self.folder, "XDG_RUNTIME_DIR": self.folder,
+            "WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(outputs), "WLR_LIBINPUT_NO_DEVICES": "1",
+            "WLR_RENDERER": "pixman", "SWAYSOCK": self._socket,
+        }
+        try:
+            self.log = os.path.join(self.folder, "log")
+            with open(self.log, "w", encoding="utf-8") as log:
+                self.processes.start(command, env=environment(**(changes | variables)), stderr=log)
+            wait_until(lambda: self._displays() and os.path.exists(self._socket), "sway")
+        except BaseException:
+            self.stop()
+            raise
+        # For the clients; ones that run as root reach the folder, too.
+        self.environment = {
+            "WAYLAND_DISPLAY": self._displays()[0], "XDG_RUNTIME_DIR": self.folder, "DISPLAY": None,
+            "SWAYSOCK": self._socket,
+        }
+
+    def _displays(self):
+        return [name for name in os.listdir(self.folder) if name.startswith("wayland-") and "." not in name]
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def stop(self):
+        self.processes.stop()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def message(self, *words):
+        """What sway answers to a message, as swaymsg(1) sends it."""
+        answer = subprocess.run(
+            ["swaymsg", "--raw", *words], env=environment(SWAYSOCK=self._socket), check=True,
+            stdout=subprocess.PIPE, text=True,
+        ).stdout
+        return json.loads(answer) if answer.strip() else None
+
+    def outputs(self):
+        return self.message("-t", "get_outputs")
+
+    def is_asked_to_sleep(self):
+        """Whether every output sleeps, or sway has tried it: some releases cannot do it on outputs without
+        hardware, and say so."""
+        with open(self.log, encoding="utf-8") as file:
+            log = file.read()
+        return all(
+            not output["dpms"] or "Failed to commit output " + output["name"] in log for output in self.outputs()
+        )
+
+    def screenshot(self, path, output=None):
+        """Writes one output, or all of them side by side, as a PNG."""
+        choice = ["-o", output] if output else []
+        subprocess.run(["grim", *choice, path], env=environment(**self.environment), check=True)

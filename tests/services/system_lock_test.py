@@ -1,0 +1,194 @@
+#!/usr/bin/python3
+"""The helper that engages the system's own lock: with a real logind, on an X server whose displays
+have power states, under sway with swayidle, and on Mutter's bus.
+Usage: system_lock_test.py VIGILO_LOCK DPMS_SHIM"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus, SystemBus
+from harness.processes import Processes, die_with_parent, end, environment, wait_until
+from harness.sway import Sway
+from harness.xorg import DummyXorg
+
+SHIM = sys.argv.pop()
+HELPER = sys.argv.pop()
+NOWHERE = "unix:path=/nonexistent/bus"
+
+
+class SystemLock(unittest.TestCase):
+    def setUp(self):
+        self.session_bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.folder = self.enter(tempfile.TemporaryDirectory())
+        os.chmod(self.folder, 0o777)
+        self.variables = {
+            "DBUS_SESSION_BUS_ADDRESS": self.session_bus.address,
+            "DBUS_SYSTEM_BUS_ADDRESS": NOWHERE,
+            "XDG_SESSION_ID": None,
+            "XDG_CURRENT_DESKTOP": None,
+            "DISPLAY": None,
+            "WAYLAND_DISPLAY": None,
+            # Only the lockers that a test puts there.
+            "PATH": self.folder,
+        }
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def locker(self, name):
+        """A locker that only notes that it was started; returns the note's path."""
+        note = os.path.join(self.folder, name + "-started")
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write('#!/bin/sh\necho "$0 $*" > "%s"\n' % note)
+        os.chmod(path, 0o755)
+        return note
+
+    def lock(self):
+        process = subprocess.Popen(
+            [HELPER], env=environment(**self.variables), stdin=subprocess.DEVNULL, preexec_fn=die_with_parent
+        )
+        self.addCleanup(end, process)
+        return process.wait(20)
+
+    def own_name(self, name):
+        """Somebody on the session bus who owns a name and does nothing else."""
+        self.processes.start(
+            [
+                "/usr/bin/python3", "-c",
+                "import dbus, time; bus = dbus.SessionBus(); bus.request_name('%s'); time.sleep(60)" % name,
+            ],
+            env=environment(DBUS_SESSION_BUS_ADDRESS=self.session_bus.address),
+        )
+        wait_until(
+            lambda: name in subprocess.run(
+                ["busctl", "--address=" + self.session_bus.address, "list"], stdout=subprocess.PIPE, text=True,
+                check=False,
+            ).stdout,
+            name,
+        )
+
+
+class OnXorg(SystemLock):
+    def setUp(self):
+        super().setUp()
+        self.display = self.enter(DummyXorg(SHIM))
+        self.variables["DISPLAY"] = self.display.name
+
+    def test_the_displays_sleep_and_the_first_locker_is_started_where_nobody_else_locks(self):
+        self.locker("slock")
+        note = self.locker("i3lock")
+        self.assertEqual(self.lock(), 0)
+        self.assertEqual(self.display.power_levels(), [3])
+        with open(note, encoding="utf-8") as file:
+            self.assertEqual(file.read(), os.path.join(self.folder, "i3lock") + " \n")
+        self.assertFalse(os.path.exists(os.path.join(self.folder, "slock-started")))
+
+    def test_no_locker_is_started_beside_a_screen_saver(self):
+        note = self.locker("i3lock")
+        self.own_name("org.freedesktop.ScreenSaver")
+        self.assertEqual(self.lock(), 0)
+        self.assertEqual(self.display.power_levels(), [3])
+        self.assertFalse(os.path.exists(note))
+
+    def test_the_displays_sleep_even_where_nothing_can_lock(self):
+        self.variables["DBUS_SESSION_BUS_ADDRESS"] = NOWHERE
+        self.assertEqual(self.lock(), 1)
+        self.assertEqual(self.display.power_levels(), [3])
+
+    def test_logind_passes_the_request_on_to_the_session_that_is_meant(self):
+        with SystemBus() as bus:
+            self.variables["DBUS_SYSTEM_BUS_ADDRESS"] = bus.address
+            note = self.locker("i3lock")
+            for session in (bus.session_id, None):
+                with self.subTest(session=session), bus.locking_desktop() as desktop:
+                    self.variables["XDG_SESSION_ID"] = session
+                    self.assertEqual(self.lock(), 0)
+                    wait_until(lambda: desktop.requests() == 1, "the request")
+            # The desktop told logind that it has locked.
+            self.assertFalse(os.path.exists(note))
+
+
+class OnWayland(SystemLock):
+    def test_swayidle_locks_and_the_outputs_sleep(self):
+        with SystemBus(user="nobody") as bus:
+            self.variables["DBUS_SYSTEM_BUS_ADDRESS"] = bus.address
+            self.variables["XDG_SESSION_ID"] = bus.session_id
+            with Sway(outputs=2) as sway:
+                self.variables |= sway.environment
+                locked = os.path.join(self.folder, "locked")
+                swayidle = self.processes.start(
+                    [
+                        "/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                        # A locker by its name, as swayidle's users start one.
+                        "/usr/bin/swayidle", "-w", "lock",
+                        "echo > %s; exec -a swaylock sleep 30" % locked,
+                    ],
+                    env=environment(
+                        **(sway.environment | {
+                            "DBUS_SYSTEM_BUS_ADDRESS": bus.address, "XDG_SESSION_ID": bus.session_id,
+                        })
+                    ),
+                )
+                wait_until(lambda: bus.listens(swayidle.pid), "swayidle")
+                self.lock()
+                wait_until(lambda: os.path.exists(locked), "swayidle's lock")
+                self.assertTrue(sway.is_asked_to_sleep())
+
+    def test_a_bare_compositor_gets_its_locker(self):
+        note = self.locker("swaylock")
+        with Sway(outputs=2) as sway:
+            self.variables |= sway.environment
+            self.assertFalse(sway.is_asked_to_sleep())
+            self.assertEqual(self.lock(), 0)
+            self.assertTrue(os.path.exists(note))
+            self.assertTrue(sway.is_asked_to_sleep())
+
+
+class OnMutter(SystemLock):
+    def test_mutters_own_switch_is_used(self):
+        mutter = "/usr/bin/mutter"
+        if not os.path.exists(mutter):
+            self.skipTest("mutter is not installed")
+        home = os.path.join(self.folder, "home")
+        os.mkdir(home, 0o700)
+        with SystemBus() as bus:
+            self.processes.start(
+                [mutter, "--headless", "--wayland", "--no-x11", "--virtual-monitor", "1280x800"],
+                env=environment(
+                    DBUS_SESSION_BUS_ADDRESS=self.session_bus.address, DBUS_SYSTEM_BUS_ADDRESS=bus.address,
+                    HOME=home, XDG_RUNTIME_DIR=home, DISPLAY=None, WAYLAND_DISPLAY=None,
+                ),
+            )
+
+            def power_save_mode():
+                return subprocess.run(
+                    [
+                        "busctl", "--address=" + self.session_bus.address, "get-property",
+                        "org.gnome.Mutter.DisplayConfig", "/org/gnome/Mutter/DisplayConfig",
+                        "org.gnome.Mutter.DisplayConfig", "PowerSaveMode",
+                    ],
+                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
+                ).stdout.strip()
+
+            wait_until(lambda: power_save_mode() == "i 0", "mutter")
+            self.variables |= {"WAYLAND_DISPLAY": "wayland-0", "XDG_RUNTIME_DIR": home}
+            self.lock()
+            self.assertEqual(power_save_mode(), "i 3")
+
+
+if __name__ == "__main__":
+    reason = SystemBus.missing() or DummyXorg.missing() or Sway.missing()
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    del SystemLock
+    unittest.main(verbosity=2)

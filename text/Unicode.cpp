@@ -49,7 +49,7 @@ Decoded decodeFirst(std::string_view text) {
     for (std::size_t index = 1; index <= lead.following; ++index) {
         const unsigned char low = index == 1 ? lead.low : 0x80;
         const unsigned char high = index == 1 ? lead.high : 0xBF;
-        const auto byte = index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
+        const unsigned byte = index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
         if (byte < low || byte > high) {
             return {.length = index};
         }

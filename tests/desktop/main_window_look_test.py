@@ -85,7 +85,7 @@ class MainWindowLook(unittest.TestCase):
                         WAYLAND_DISPLAY=None,
                         DBUS_SESSION_BUS_ADDRESS=bus.address,
                         QT_SCALE_FACTOR=str(scale),
-                        FONTCONFIG_FILE=os.path.join(HERE, "inter.conf"),
+                        FONTCONFIG_FILE=os.path.join(HERE, "../harness/inter.conf"),
                     ),
                 )
                 window = wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")[0]

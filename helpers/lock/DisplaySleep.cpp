@@ -5,8 +5,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <sstream>
 #include <string>
-#include <string_view>
 
 #include <spawn.h>
 #include <unistd.h>
@@ -21,9 +21,14 @@ bool isSet(const char* variable) {
 }
 
 bool isPlasma() {
-    const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    return desktop != nullptr &&
-           (":" + std::string(desktop) + ":").find(":KDE:") != std::string::npos;
+    const char* const names = std::getenv("XDG_CURRENT_DESKTOP");
+    std::istringstream desktops(names != nullptr ? names : "");
+    for (std::string desktop; std::getline(desktops, desktop, ':');) {
+        if (desktop == "KDE") {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// Plasma keeps the protocol for output power to its own programs.

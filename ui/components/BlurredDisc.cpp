@@ -1,33 +1,50 @@
 #include "ui/components/BlurredDisc.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <numbers>
 
 namespace vigilo {
 
 namespace {
 
 constexpr std::size_t sampleCount = 513;
-constexpr int integrationSteps = 200;
 constexpr double visibleDeviations = 4; ///< beyond these a Gaussian is below 1/10 000
 
-/// exp(-x) times the modified Bessel function of order zero, for x >= 0; by its asymptotic series
-/// where the function itself would overflow (Abramowitz and Stegun, 9.7.1).
-double scaledBessel(double x) {
-    if (x < 30) {
-        return std::exp(-x) * std::cyl_bessel_i(0.0, x);
+/// The value at x of the polynomial with these coefficients, the constant one first.
+template <std::size_t count>
+double polynomial(const std::array<double, count>& coefficients, double x) {
+    double value = 0;
+    for (auto coefficient = coefficients.rbegin(); coefficient != coefficients.rend();
+         ++coefficient) {
+        value = value * x + *coefficient;
     }
-    return (1 + 1 / (8 * x) + 9 / (128 * x * x)) / std::sqrt(2 * std::numbers::pi * x);
+    return value;
+}
+
+/// exp(-x) times the modified Bessel function of order zero, for x >= 0, to seven digits
+/// (Abramowitz and Stegun, 9.8.1 and 9.8.2).
+double scaledBessel(double x) {
+    constexpr double border = 3.75;
+    constexpr std::array below{1.0,       3.5156229, 3.0899424, 1.2067492,
+                               0.2659732, 0.0360768, 0.0045813};
+    constexpr std::array above{0.39894228,  0.01328592, 0.00225319,  -0.00157565, 0.00916281,
+                               -0.02057706, 0.02635537, -0.01647633, 0.00392377};
+    if (x < border) {
+        const double part = x / border;
+        return std::exp(-x) * polynomial(below, part * part);
+    }
+    return polynomial(above, border / x) / std::sqrt(x);
 }
 
 /// The two-dimensional convolution in polar coordinates: the integral over the disc's rings.
 double blurred(double radius, double deviation, double distance) {
     const double variance = deviation * deviation;
-    const double step = radius / integrationSteps;
+    // Rings far thinner than the blur.
+    const double steps = std::max(32.0, std::ceil(radius / deviation * 6));
+    const double step = radius / steps;
     double sum = 0;
-    for (int index = 0; index < integrationSteps; ++index) {
-        const double ring = (index + 0.5) * step;
+    for (double ring = step / 2; ring < radius; ring += step) {
         const double apart = distance - ring;
         sum += ring / variance * std::exp(-apart * apart / (2 * variance)) *
                scaledBessel(distance * ring / variance) * step;
@@ -38,22 +55,13 @@ double blurred(double radius, double deviation, double distance) {
 } // namespace
 
 BlurredDisc::BlurredDisc(double radius, double deviation)
-    : extent_(radius + visibleDeviations * deviation), samples_(sampleCount) {
+    : extent_(radius + visibleDeviations * deviation),
+      samplesPerSquare_(static_cast<float>((sampleCount - 1) / (extent_ * extent_))),
+      samples_(sampleCount) {
     for (std::size_t index = 0; index < sampleCount; ++index) {
-        const double distance =
-            extent_ * static_cast<double>(index) / static_cast<double>(sampleCount - 1);
-        samples_[index] = blurred(radius, deviation, distance);
+        const double part = static_cast<double>(index) / static_cast<double>(sampleCount - 1);
+        samples_[index] = static_cast<float>(blurred(radius, deviation, extent_ * std::sqrt(part)));
     }
-}
-
-double BlurredDisc::opacity(double distance) const {
-    if (distance >= extent_) {
-        return 0;
-    }
-    const double position = distance / extent_ * static_cast<double>(sampleCount - 1);
-    const auto index = static_cast<std::size_t>(position);
-    const double part = position - static_cast<double>(index);
-    return samples_[index] * (1 - part) + samples_[index + 1] * part;
 }
 
 } // namespace vigilo

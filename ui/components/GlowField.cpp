@@ -15,41 +15,85 @@ namespace vigilo {
 
 namespace {
 
-/// A light in the pixels of the picture.
+/// A light in the pixels of the picture; red, green, blue and opacity, premultiplied, 0 to 1.
 struct Light {
     BlurredDisc disc;
-    double x;
-    double y;
-    QColor color;
+    float x;
+    float y;
+    std::array<float, 4> color;
 };
 
-/// Red, green, blue and opacity, premultiplied, 0 to 1.
-using Pixel = std::array<double, 4>;
-
-Pixel premultiplied(const QColor& color, double opacity) {
-    const double alpha = static_cast<double>(color.alphaF()) * opacity;
-    return {static_cast<double>(color.redF()) * alpha, static_cast<double>(color.greenF()) * alpha,
-            static_cast<double>(color.blueF()) * alpha, alpha};
+std::array<float, 4> premultiplied(const QColor& color) {
+    const float alpha = color.alphaF();
+    return {color.redF() * alpha, color.greenF() * alpha, color.blueF() * alpha, alpha};
 }
 
-void blend(Pixel& under, const Pixel& over) {
-    for (std::size_t index = 0; index < under.size(); ++index) {
-        under[index] = over[index] + under[index] * (1 - over[3]);
+/// Premultiplied, 0 to 1.
+using Pixel = std::array<float, 4>;
+
+/// The lights on their ground, computed at every few pixels only: they are so smooth that what lies
+/// between can be interpolated without a difference of a tenth of a step of any channel.
+class CoarsePicture {
+public:
+    static constexpr int spacing = 8;
+
+    CoarsePicture(QSize pixels, const Pixel& ground, const std::vector<Light>& lights)
+        : columns_(static_cast<std::size_t>(pixels.width() / spacing + 2)),
+          pixels_(columns_ * static_cast<std::size_t>(pixels.height() / spacing + 2), ground) {
+        for (const Light& light : lights) {
+            shine(light);
+        }
     }
-}
+
+    /// The points of the row at `y`, one every `spacing` pixels.
+    void interpolateRow(int y, std::vector<Pixel>& row) const {
+        const auto above = static_cast<std::size_t>(y / spacing) * columns_;
+        const float part = static_cast<float>(y % spacing) / spacing;
+        row.resize(columns_);
+        for (std::size_t column = 0; column < columns_; ++column) {
+            row[column] =
+                between(pixels_[above + column], pixels_[above + columns_ + column], part);
+        }
+    }
+
+    static Pixel between(const Pixel& first, const Pixel& second, float part) {
+        Pixel pixel{};
+        for (std::size_t channel = 0; channel < pixel.size(); ++channel) {
+            pixel[channel] = first[channel] + (second[channel] - first[channel]) * part;
+        }
+        return pixel;
+    }
+
+private:
+    void shine(const Light& light) {
+        for (std::size_t index = 0; index < pixels_.size(); ++index) {
+            const float across = static_cast<float>(index % columns_ * spacing) + 0.5F - light.x;
+            const float down = static_cast<float>(index / columns_ * spacing) + 0.5F - light.y;
+            const float opacity = light.disc.opacity(across * across + down * down);
+            const float rest = 1 - light.color[3] * opacity;
+            Pixel& pixel = pixels_[index];
+            for (std::size_t channel = 0; channel < pixel.size(); ++channel) {
+                pixel[channel] = light.color[channel] * opacity + pixel[channel] * rest;
+            }
+        }
+    }
+
+    std::size_t columns_;
+    std::vector<Pixel> pixels_;
+};
 
 /// Even noise in 0 to 1 that is the same in every run; the mixing steps are those of a common
 /// 32-bit integer hash (two rounds of multiply and xor-shift).
-double noise(std::uint32_t x, std::uint32_t y) {
+float noise(std::uint32_t x, std::uint32_t y) {
     std::uint32_t hash = x * 0x9E3779B1U + y * 0x85EBCA77U;
     hash = (hash ^ (hash >> 16)) * 0x7FEB352DU;
     hash = (hash ^ (hash >> 15)) * 0x846CA68BU;
     hash ^= hash >> 16;
-    return static_cast<double>(hash) / 4294967296.0;
+    return static_cast<float>(hash >> 8) / 16777216.0F;
 }
 
-unsigned dithered(double value, double threshold) {
-    return static_cast<unsigned>(std::floor(std::min(value, 1.0) * 255 + threshold));
+unsigned dithered(float value, float threshold) {
+    return static_cast<unsigned>(std::min(value, 1.0F) * 255 + threshold);
 }
 
 } // namespace
@@ -77,25 +121,24 @@ void GlowField::paint(QPainter* painter) {
     std::vector<Light> lights;
     for (const Glow* glow : glows_) {
         lights.push_back({.disc = BlurredDisc(glow->diameter / 2 * scale, glow->blur * scale),
-                          .x = (width() / 2 + glow->offsetX) * scale,
-                          .y = (height() / 2 + glow->offsetY) * scale,
-                          .color = glow->color});
+                          .x = static_cast<float>((width() / 2 + glow->offsetX) * scale),
+                          .y = static_cast<float>((height() / 2 + glow->offsetY) * scale),
+                          .color = premultiplied(glow->color)});
     }
-    const Pixel ground = premultiplied(ground_, 1);
+    const CoarsePicture picture(pixels, premultiplied(ground_), lights);
+    std::vector<Pixel> row;
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < pixels.height(); ++y) {
+        picture.interpolateRow(y, row);
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < pixels.width(); ++x) {
-            Pixel pixel = ground;
-            for (const Light& light : lights) {
-                const double distance = std::hypot(x + 0.5 - light.x, y + 0.5 - light.y);
-                if (distance < light.disc.extent()) {
-                    blend(pixel, premultiplied(light.color, light.disc.opacity(distance)));
-                }
-            }
-            const double threshold =
-                noise(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y));
+            const auto column = static_cast<std::size_t>(x / CoarsePicture::spacing);
+            const float part =
+                static_cast<float>(x % CoarsePicture::spacing) / CoarsePicture::spacing;
+            const Pixel pixel = CoarsePicture::between(row[column], row[column + 1], part);
             // One threshold for all four keeps a premultiplied colour within its opacity.
+            const float threshold =
+                noise(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y));
             line[x] = dithered(pixel[3], threshold) << 24 | dithered(pixel[0], threshold) << 16 |
                       dithered(pixel[1], threshold) << 8 | dithered(pixel[2], threshold);
         }

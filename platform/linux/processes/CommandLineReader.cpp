@@ -16,7 +16,9 @@ namespace {
 
 constexpr std::size_t usualLimit = std::size_t{4} * 1024;
 
-/// Reads until `end` is reached or nothing more comes; returns the new length.
+/// Reads until `end` is reached or nothing more comes; returns the new length. The kernel gives all
+/// that is asked for unless it comes to the end (or to memory that it cannot read), so an answer
+/// that is shorter saves the question for more.
 std::size_t fill(int descriptor, char* buffer, std::size_t length, std::size_t end) {
     while (length < end) {
         const ssize_t count = ::read(descriptor, buffer + length, end - length);
@@ -28,7 +30,11 @@ std::size_t fill(int descriptor, char* buffer, std::size_t length, std::size_t e
         }
         // A process may rewrite its arguments meanwhile; NUL separates them.
         std::replace(buffer + length, buffer + length + count, '\0', ' ');
+        const bool isWhole = static_cast<std::size_t>(count) < end - length;
         length += static_cast<std::size_t>(count);
+        if (isWhole) {
+            break;
+        }
     }
     return length;
 }

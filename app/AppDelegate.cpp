@@ -21,6 +21,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     environment_.application.loadIcon();
     makeMainWindow();
     bindCallbacks();
+    environment_.screens.observe([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->screenParametersChanged();
+        }
+    });
     controller_->startAgentMonitoring();
     showWindow();
 }
@@ -41,9 +46,20 @@ void AppDelegate::makeMainWindow() {
 }
 
 void AppDelegate::bindCallbacks() {
+    controller_->onAgentLockRequested = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->showAgentLock();
+        }
+    };
+    controller_->onSessionEnded = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->closePrivacyWindows();
+        }
+    };
     // An expired Agent Lock must not leave the machine open, so the system's own lock takes over.
     controller_->onAgentLockExpired = [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
+            self->closePrivacyWindows();
             self->controller_->lockScreenNow();
         }
     };
@@ -55,6 +71,8 @@ void AppDelegate::applicationWillTerminate() {
     controller_->onAgentLockRequested = nullptr;
     controller_->onSessionEnded = nullptr;
     controller_->onAgentLockExpired = nullptr;
+    environment_.screens.observe(nullptr);
+    environment_.lockGuard.lower();
     controller_->tearDown();
 }
 
@@ -92,6 +110,74 @@ void AppDelegate::appleLock() {
 
 void AppDelegate::openLockSettings() {
     controller_->openLockSettings();
+}
+
+void AppDelegate::showAgentLock() {
+    // The new covers stand before the old ones go, so that nothing shows in between.
+    auto replaced = std::exchange(privacyWindows_, {});
+    for (const platform::Screen& screen : environment_.screens.screens()) {
+        privacyWindows_.push_back(makePrivacyWindow(screen));
+        privacyWindows_.back()->orderFrontRegardless();
+    }
+    discard(std::move(replaced));
+    if (!privacyWindows_.empty()) {
+        environment_.lockGuard.raise();
+        privacyWindows_.front()->makeKey();
+    }
+    environment_.application.activateIgnoringOtherApps();
+}
+
+std::unique_ptr<PrivacyWindow> AppDelegate::makePrivacyWindow(const platform::Screen& screen) {
+    return std::make_unique<PrivacyWindow>(
+        environment_.windows, screen, controller_,
+        [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->authenticateAndUnlock();
+            }
+        },
+        [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->closePrivacyWindows();
+                self->controller_->useAppleLockPreservingSession();
+            }
+        });
+}
+
+void AppDelegate::screenParametersChanged() {
+    if (!privacyWindows_.empty()) {
+        showAgentLock();
+    }
+}
+
+void AppDelegate::authenticateAndUnlock() {
+    environment_.authenticator.evaluate(
+        "Unlock Vigilo", "Stay Locked",
+        [weak = weak_from_this(), &runLoop = environment_.controller.runLoop](bool isOwner) {
+            if (!isOwner) {
+                return;
+            }
+            runLoop.post([weak] {
+                if (const auto self = weak.lock()) {
+                    self->closePrivacyWindows();
+                }
+            });
+        });
+}
+
+void AppDelegate::closePrivacyWindows() {
+    environment_.lockGuard.lower();
+    discard(std::exchange(privacyWindows_, {}));
+}
+
+void AppDelegate::discard(std::vector<std::unique_ptr<PrivacyWindow>> windows) {
+    for (const auto& window : windows) {
+        window->close();
+    }
+    // A button of one of them may be what led here, so they go when it has returned.
+    environment_.controller.runLoop.post(
+        [kept = std::make_shared<std::vector<std::unique_ptr<PrivacyWindow>>>(std::move(windows))] {
+            kept->clear();
+        });
 }
 
 platform::Window& AppDelegate::window() {

@@ -2,16 +2,21 @@
 
 #include "core/AwakeController.h"
 #include "platform/Application.h"
+#include "platform/Authenticator.h"
+#include "platform/LockGuard.h"
+#include "platform/Screens.h"
 #include "platform/Windows.h"
+#include "privacy/PrivacyWindow.h"
 #include "ui/VigiloView.h"
 
 #include <memory>
+#include <vector>
 
 namespace vigilo {
 
-/// Owns what lives for the whole run: the controller and the main window; reacts to the
-/// controller's callbacks. Main thread only; make it with std::make_shared, since callbacks hold
-/// it weakly.
+/// Owns what lives for the whole run: the controller, the main window and, while the Agent Lock is
+/// up, a privacy window for each display; reacts to the controller's callbacks. Main thread only;
+/// make it with std::make_shared, since callbacks hold it weakly.
 class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
 public:
     /// The outside world; everything named outlives the delegate.
@@ -19,6 +24,9 @@ public:
         AwakeController::Environment controller;
         platform::Application& application;
         platform::Windows& windows;
+        platform::Screens& screens;
+        platform::Authenticator& authenticator;
+        platform::LockGuard& lockGuard;
     };
 
     explicit AppDelegate(Environment environment);
@@ -42,17 +50,31 @@ public:
     void appleLock();
     void openLockSettings();
 
+    /// Covers every display with the lock screen, anew when it is up already.
+    void showAgentLock();
+
+    /// The displays have changed: covers them anew while the lock is up.
+    void screenParametersChanged();
+
+    /// Asks who is there, and uncovers the displays when it is the owner. The session goes on.
+    void authenticateAndUnlock();
+
     const std::shared_ptr<AwakeController>& controller() const { return controller_; }
 
 private:
     void makeMainWindow();
     void bindCallbacks();
     platform::Window& window();
+    std::unique_ptr<PrivacyWindow> makePrivacyWindow(const platform::Screen& screen);
+    void closePrivacyWindows();
+    void discard(std::vector<std::unique_ptr<PrivacyWindow>> windows);
 
     Environment environment_;
     std::shared_ptr<AwakeController> controller_;
     std::unique_ptr<VigiloView> view_;
     std::unique_ptr<platform::Window> window_;
+    std::vector<std::unique_ptr<PrivacyWindow>>
+        privacyWindows_; ///< the lock is up while there are any
 };
 
 } // namespace vigilo

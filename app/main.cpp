@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/SelfTest.h"
 #include "platform/linux/SystemWallClock.h"
+#include "platform/linux/guard/HelperLockGuard.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
@@ -11,7 +12,9 @@
 #include "platform/qt/ApplicationObject.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
+#include "platform/qt/QtAuthenticator.h"
 #include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWindows.h"
 
 #include <cstdio>
@@ -44,6 +47,9 @@ int runApplication(char* programName) {
     platform::DesktopWorkspace workspace;
     platform::QtAlerts alerts;
     platform::QtWindows windows;
+    platform::QtScreens screens;
+    platform::QtAuthenticator authenticator;
+    platform::HelperLockGuard lockGuard;
     const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Environment{
         .controller = {.runLoop = runLoop,
                        .wallClock = wallClock,
@@ -54,6 +60,9 @@ int runApplication(char* programName) {
                        .readAgentProcesses = agentScan()},
         .application = qtApplication,
         .windows = windows,
+        .screens = screens,
+        .authenticator = authenticator,
+        .lockGuard = lockGuard,
     });
 
     runLoop.post([weak = std::weak_ptr(delegate)] {

@@ -25,6 +25,27 @@ function(vigilo_library name)
     vigilo_compile_options(${name})
 endfunction()
 
+# vigilo_wayland_protocols(NAME XML...): the client's side of protocols. It comes from the scanner and is
+# not ours to hold to our warnings.
+function(vigilo_wayland_protocols name)
+    set(sources)
+    foreach(protocol ${ARGN})
+        cmake_path(GET protocol STEM stem)
+        set(glue "${CMAKE_CURRENT_BINARY_DIR}/${stem}")
+        add_custom_command(
+            OUTPUT "${glue}.c" "${glue}.h"
+            COMMAND "${WAYLAND_SCANNER}" private-code "${protocol}" "${glue}.c"
+            COMMAND "${WAYLAND_SCANNER}" client-header "${protocol}" "${glue}.h"
+            DEPENDS "${protocol}"
+            VERBATIM
+        )
+        list(APPEND sources "${glue}.c" "${glue}.h")
+    endforeach()
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} SYSTEM PUBLIC "${CMAKE_CURRENT_BINARY_DIR}")
+    target_link_libraries(${name} PUBLIC PkgConfig::WaylandClient)
+endfunction()
+
 # vigilo_unit_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, one test per TEST().
 function(vigilo_unit_test name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})

@@ -41,6 +41,8 @@ void preferSoftwareRendering() {
 
 ApplicationObject::ApplicationObject(char* programName) : arguments_{programName, nullptr} {
     preferSoftwareRendering();
+    // Lets a window on Wayland be without the role of an ordinary one, so that it can be a cover.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
     QCoreApplication::setApplicationName(QStringLiteral("vigilo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));

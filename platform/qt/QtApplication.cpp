@@ -1,5 +1,7 @@
 #include "platform/qt/QtApplication.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QIcon>
@@ -25,7 +27,14 @@ void QtApplication::loadIcon() {
 }
 
 void QtApplication::activateIgnoringOtherApps() {
-    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const auto isCover = [](const QWindow* window) {
+        return window->isVisible() && window->flags().testFlag(Qt::BypassWindowManagerHint);
+    };
+    if (std::any_of(windows.begin(), windows.end(), isCover)) {
+        return; // already in front of everything, and nothing may come before it
+    }
+    for (QWindow* window : windows) {
         if (window->isVisible()) {
             window->raise();
             window->requestActivate();

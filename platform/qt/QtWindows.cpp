@@ -1,42 +1,21 @@
 #include "platform/qt/QtWindows.h"
 
-#include "platform/Fatal.h"
+#include "platform/qt/ContentView.h"
+#include "platform/qt/QtCover.h"
+#include "platform/qt/QtScreens.h"
 
 #include <utility>
 
-#include <QEvent>
 #include <QGuiApplication>
 #include <QQmlExtensionPlugin>
-#include <QQuickView>
 #include <QScreen>
-#include <QUrl>
-#include <QVariant>
 
 Q_IMPORT_QML_PLUGIN(VigiloPlugin)
+Q_IMPORT_QML_PLUGIN(Vigilo_PrivacyPlugin)
 
 namespace vigilo::platform {
 
 namespace {
-
-/// A view that asks before it closes.
-class ContentView : public QQuickView {
-public:
-    ContentView(QQmlEngine* engine, std::function<void()> onCloseRequested)
-        : QQuickView(engine, nullptr), onCloseRequested_(std::move(onCloseRequested)) {}
-
-protected:
-    bool event(QEvent* event) override {
-        if (event->type() == QEvent::Close) {
-            event->ignore();
-            onCloseRequested_();
-            return true;
-        }
-        return QQuickView::event(event);
-    }
-
-private:
-    std::function<void()> onCloseRequested_;
-};
 
 class QtWindow : public Window {
 public:
@@ -75,25 +54,22 @@ QtWindows::QtWindows() {
 
 std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                               std::function<void()> onCloseRequested) {
-    auto view = std::make_unique<ContentView>(&engine_, std::move(onCloseRequested));
+    auto view = std::make_unique<ContentView>(engine_, windowSpec.content, windowSpec.model,
+                                              windowSpec.background, std::move(onCloseRequested));
     view->setFlags(Qt::Window | Qt::FramelessWindowHint);
     view->setTitle(QString::fromStdString(windowSpec.title));
-    view->setColor(QColor::fromRgbF(static_cast<float>(windowSpec.background.red),
-                                    static_cast<float>(windowSpec.background.green),
-                                    static_cast<float>(windowSpec.background.blue),
-                                    static_cast<float>(windowSpec.background.alpha)));
     const QSize size(windowSpec.width, windowSpec.height);
     view->setMinimumSize(size);
     view->setMaximumSize(size);
     view->resize(size);
-    view->setResizeMode(QQuickView::SizeRootObjectToView);
-    view->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(windowSpec.model)}});
-    view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/%1.qml")
-                             .arg(QString::fromStdString(windowSpec.content))));
-    if (view->status() != QQuickView::Ready) {
-        fatal("the content of a window cannot be made: " + windowSpec.content);
-    }
     return std::make_unique<QtWindow>(std::move(view));
+}
+
+std::unique_ptr<Cover> QtWindows::makeCover(const CoverSpec& coverSpec) {
+    QScreen* const screen = QtScreens::find(coverSpec.screen.name);
+    // Gone since it was listed; the displays will be covered anew in a moment.
+    return std::make_unique<QtCover>(
+        engine_, coverSpec, screen != nullptr ? *screen : *QGuiApplication::primaryScreen());
 }
 
 } // namespace vigilo::platform

@@ -13,6 +13,7 @@ public:
 
     std::unique_ptr<Window> makeWindow(const WindowSpec& windowSpec,
                                        std::function<void()> onCloseRequested) override;
+    std::unique_ptr<Cover> makeCover(const CoverSpec& coverSpec) override;
 
 private:
     QQmlEngine engine_;

@@ -15,7 +15,8 @@ BELOW = {
     "agents": {"platform", "text"},
     "core": {"agents", "platform"},
     "ui": {"core", "agents", "platform"},
-    "app": {"ui", "core", "agents", "platform"},
+    "privacy": {"core", "agents", "platform"},
+    "app": {"ui", "privacy", "core", "agents", "platform"},
     "helpers": set(),
 }
 WITHOUT_QT = ("text", "agents", "core", "app", "platform", "helpers")
@@ -64,7 +65,7 @@ class Dependencies(unittest.TestCase):
         for folder in ("platform/linux", "platform/qt"):
             for path in sources(folder):
                 for include in includes(path):
-                    self.assertNotRegex(include, r"^(agents|core|ui|app)/", "%s includes %s" % (path, include))
+                    self.assertNotRegex(include, r"^(agents|core|ui|privacy|app)/", "%s includes %s" % (path, include))
 
 
 if __name__ == "__main__":

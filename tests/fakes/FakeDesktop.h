@@ -33,9 +33,15 @@ public:
 
 class FakeSystemLock : public platform::SystemLock {
 public:
-    void sleepDisplays() override { ++requests; }
+    void sleepDisplays() override {
+        ++requests;
+        if (onRequest) {
+            onRequest();
+        }
+    }
 
     int requests = 0;
+    std::function<void()> onRequest;
 };
 
 class FakeWorkspace : public platform::Workspace {

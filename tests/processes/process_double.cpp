@@ -23,7 +23,7 @@ namespace {
 void overwriteArguments(int argc, char* argv[], const std::string& title) {
     char* const end = argv[argc - 1] + std::strlen(argv[argc - 1]);
     std::memset(argv[0], 0, static_cast<std::size_t>(end - argv[0]));
-    std::strcpy(argv[0], title.c_str());
+    title.copy(argv[0], static_cast<std::size_t>(end - argv[0]));
 }
 
 void fork(int count) {
@@ -40,13 +40,13 @@ void fork(int count) {
 int main(int argc, char* argv[]) {
     const std::string_view mode = argc > 2 ? argv[1] : "";
     if (mode == "threads") {
-        for (int thread = std::atoi(argv[2]); thread > 0; --thread) {
+        for (int thread = std::stoi(argv[2]); thread > 0; --thread) {
             std::thread(sleepForEver).detach();
         }
     } else if (mode == "title") {
         overwriteArguments(argc, argv, std::string(argv[2]));
     } else if (mode == "children") {
-        fork(std::atoi(argv[2]));
+        fork(std::stoi(argv[2]));
     } else {
         return EXIT_FAILURE;
     }

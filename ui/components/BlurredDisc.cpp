@@ -41,10 +41,11 @@ double scaledBessel(double x) {
 double blurred(double radius, double deviation, double distance) {
     const double variance = deviation * deviation;
     // Rings far thinner than the blur.
-    const double steps = std::max(32.0, std::ceil(radius / deviation * 6));
+    const int steps = static_cast<int>(std::max(32.0, std::ceil(radius / deviation * 6)));
     const double step = radius / steps;
     double sum = 0;
-    for (double ring = step / 2; ring < radius; ring += step) {
+    for (int index = 0; index < steps; ++index) {
+        const double ring = (index + 0.5) * step;
         const double apart = distance - ring;
         sum += ring / variance * std::exp(-apart * apart / (2 * variance)) *
                scaledBessel(distance * ring / variance) * step;

@@ -14,4 +14,8 @@ QString Fonts::roundedFamily() {
     return QFontDatabase::hasFamily(rounded) ? rounded : systemFamily();
 }
 
+QString Fonts::monospacedFamily() {
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+}
+
 } // namespace vigilo

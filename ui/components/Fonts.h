@@ -11,6 +11,7 @@ class Fonts : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString systemFamily READ systemFamily CONSTANT)
     Q_PROPERTY(QString roundedFamily READ roundedFamily CONSTANT)
+    Q_PROPERTY(QString monospacedFamily READ monospacedFamily CONSTANT)
     QML_ELEMENT
     QML_SINGLETON
 
@@ -22,6 +23,9 @@ public:
 
     /// Quicksand where it is installed, else the desktop's own.
     static QString roundedFamily();
+
+    /// The desktop's own with a fixed width.
+    static QString monospacedFamily();
 };
 
 } // namespace vigilo

@@ -67,8 +67,10 @@ public:
 private:
     void shine(const Light& light) {
         for (std::size_t index = 0; index < pixels_.size(); ++index) {
-            const float across = static_cast<float>(index % columns_ * spacing) + 0.5F - light.x;
-            const float down = static_cast<float>(index / columns_ * spacing) + 0.5F - light.y;
+            const std::size_t column = index % columns_;
+            const std::size_t line = index / columns_;
+            const float across = static_cast<float>(column * spacing) + 0.5F - light.x;
+            const float down = static_cast<float>(line * spacing) + 0.5F - light.y;
             const float opacity = light.disc.opacity(across * across + down * down);
             const float rest = 1 - light.color[3] * opacity;
             Pixel& pixel = pixels_[index];

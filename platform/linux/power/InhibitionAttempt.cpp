@@ -16,7 +16,8 @@ struct InhibitionAttempt::State {
     bool isDropped = false;
 };
 
-InhibitionAttempt::InhibitionAttempt(InhibitionRequest request, std::function<void()> onFinished)
+InhibitionAttempt::InhibitionAttempt(InhibitionRequest request,
+                                     const std::function<void()>& onFinished)
     : state_(std::make_shared<State>()) {
     try {
         std::thread([state = state_, request = std::move(request), onFinished] {

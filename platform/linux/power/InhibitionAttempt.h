@@ -15,7 +15,7 @@ class InhibitionAttempt {
 public:
     /// Starts the request. `onFinished`, which may be empty, is called on the attempt's own thread
     /// when the result is there, also after the attempt was dropped.
-    InhibitionAttempt(InhibitionRequest request, std::function<void()> onFinished);
+    InhibitionAttempt(InhibitionRequest request, const std::function<void()>& onFinished);
 
     InhibitionAttempt(const InhibitionAttempt&) = delete;
     InhibitionAttempt& operator=(const InhibitionAttempt&) = delete;

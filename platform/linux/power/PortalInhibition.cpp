@@ -1,5 +1,6 @@
 #include "platform/linux/power/PortalInhibition.h"
 
+#include "platform/linux/power/PortalResponse.h"
 #include "platform/linux/power/PowerStatus.h"
 
 #include <optional>
@@ -9,8 +10,6 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>
-#include <QEventLoop>
-#include <QTimer>
 #include <QUuid>
 #include <QVariantMap>
 
@@ -20,8 +19,6 @@ namespace vigilo::platform {
 
 namespace {
 
-constexpr auto service = "org.freedesktop.portal.Desktop";
-constexpr auto requestInterface = "org.freedesktop.portal.Request";
 // Flags of org.freedesktop.portal.Inhibit: 4 is suspend; 8, idle, would keep the screen on.
 constexpr std::uint32_t inhibitSuspend = 4;
 // Of org.freedesktop.portal.Request.Response: the user's or the desktop's yes.
@@ -29,7 +26,7 @@ constexpr std::uint32_t responseSuccess = 0;
 
 QDBusMessage portalCall(const QString& path, const char* interface, const char* method) {
     QDBusMessage message =
-        QDBusMessage::createMethodCall(QString::fromLatin1(service), path,
+        QDBusMessage::createMethodCall(QString::fromLatin1(portalService), path,
                                        QString::fromLatin1(interface), QString::fromLatin1(method));
     message.setAutoStartService(false);
     return message;
@@ -43,36 +40,6 @@ QString requestPath(const QDBusConnection& connection, const QString& token) {
     return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
 }
 
-/// Waits for the response to one request.
-class ResponseListener : public QObject {
-    Q_OBJECT
-
-public:
-    ResponseListener(QDBusConnection connection, const QString& path) {
-        connection.connect(QString::fromLatin1(service), path,
-                           QString::fromLatin1(requestInterface), QStringLiteral("Response"), this,
-                           SLOT(respond(uint, QVariantMap)));
-    }
-
-    std::optional<std::uint32_t> wait(std::chrono::milliseconds limit) {
-        if (!response_) {
-            QTimer::singleShot(limit, &loop_, &QEventLoop::quit);
-            loop_.exec();
-        }
-        return response_;
-    }
-
-private Q_SLOTS:
-    void respond(uint response, const QVariantMap&) {
-        response_ = response;
-        loop_.quit();
-    }
-
-private:
-    QEventLoop loop_;
-    std::optional<std::uint32_t> response_;
-};
-
 } // namespace
 
 PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const std::string& reason,
@@ -83,7 +50,7 @@ PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const s
     }
     const QString token = QStringLiteral("vigilo_") + QUuid::createUuid().toString(QUuid::Id128);
     const QString path = requestPath(connection, token);
-    ResponseListener listener(connection, path);
+    PortalResponse expected(connection, path);
     QDBusMessage question = portalCall(QStringLiteral("/org/freedesktop/portal/desktop"),
                                        "org.freedesktop.portal.Inhibit", "Inhibit");
     // No parent window: the request belongs to the program as a whole.
@@ -97,8 +64,8 @@ PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const s
     }
     // From here on the request exists and is closed again unless it is kept.
     auto inhibition =
-        std::make_unique<CookieInhibition>(bus, portalCall(path, requestInterface, "Close"));
-    const std::optional<std::uint32_t> response = listener.wait(limit);
+        std::make_unique<CookieInhibition>(bus, portalCall(path, portalRequestInterface, "Close"));
+    const std::optional<std::uint32_t> response = expected.wait(limit);
     if (!response) {
         return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"), .inhibition = nullptr};
     }
@@ -114,5 +81,3 @@ bool isInsideFlatpak() {
 }
 
 } // namespace vigilo::platform
-
-#include "PortalInhibition.moc"

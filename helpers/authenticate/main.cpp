@@ -1,0 +1,108 @@
+// Proves that whoever is at the keyboard is the user that runs this program: one PAM conversation
+// over descriptor 3, then the end. Only a success frame together with exit status 0 means yes.
+#include "helpers/authenticate/Conversation.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include <pwd.h>
+#include <security/pam_appl.h>
+#include <shadow.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace vigilo::authentication;
+
+/// Nobody but the kernel looks into this process, and it does not outlive the program.
+void harden() {
+    const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+    setrlimit(RLIMIT_CORE, &none);
+    prctl(PR_SET_DUMPABLE, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::signal(SIGPIPE, SIG_IGN);
+    close_range(socketDescriptor + 1, ~0U, 0);
+}
+
+/// A PAM service and, unless it is one of the system's, the folder with its file.
+struct Service {
+    std::string name;
+    std::optional<std::string> folder;
+};
+
+bool exists(const std::string& path) {
+    return access(path.c_str(), R_OK) == 0;
+}
+
+/// Ours where it is installed; else one of ours that includes what the system asks everybody; else
+/// the one of the console. Never "other", which may let everybody in.
+std::optional<Service> service() {
+    if (exists("/etc/pam.d/vigilo") || exists("/usr/lib/pam.d/vigilo")) {
+        return Service{.name = "vigilo", .folder = std::nullopt};
+    }
+    std::error_code error;
+    const auto own = std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "pam";
+    for (const char* const included : {"common-auth", "system-auth"}) {
+        if (exists(std::string("/etc/pam.d/") + included) &&
+            exists((own / included / "vigilo").string())) {
+            return Service{.name = "vigilo", .folder = (own / included).string()};
+        }
+    }
+    if (exists("/etc/pam.d/login")) {
+        return Service{.name = "login", .folder = std::nullopt};
+    }
+    return std::nullopt;
+}
+
+/// Whether the account has no password that could ever match. Only root can know.
+bool isPasswordLocked(const char* user) {
+    if (geteuid() != 0) {
+        return false;
+    }
+    const spwd* const entry = getspnam(user);
+    return entry == nullptr || entry->sp_pwdp == nullptr || entry->sp_pwdp[0] == '!' ||
+           entry->sp_pwdp[0] == '*';
+}
+
+int authenticate(const Service& service, const char* user) {
+    const pam_conv conversing = conversation();
+    pam_handle_t* handle = nullptr;
+    int status = service.folder ? pam_start_confdir(service.name.c_str(), user, &conversing,
+                                                    service.folder->c_str(), &handle)
+                                : pam_start(service.name.c_str(), user, &conversing, &handle);
+    if (status != PAM_SUCCESS) {
+        send(FrameKind::impossible, "");
+        return EXIT_FAILURE;
+    }
+    pam_set_item(handle, PAM_FAIL_DELAY, reinterpret_cast<const void*>(&reportDelay));
+    status = pam_authenticate(handle, PAM_DISALLOW_NULL_AUTHTOK);
+    // The account is not looked at: an expired password must not shut its owner out of a session
+    // that is open already.
+    pam_end(handle, status);
+    if (status != PAM_SUCCESS) {
+        return EXIT_FAILURE;
+    }
+    send(FrameKind::success, "");
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main() {
+    // Before the process is closed to itself, too: where it is installed cannot be seen afterwards.
+    const auto used = service();
+    harden();
+    // The user who runs this, never a name from the environment.
+    const passwd* const user = getpwuid(getuid());
+    if (user == nullptr || !used || isPasswordLocked(user->pw_name)) {
+        send(FrameKind::impossible, "");
+        return EXIT_FAILURE;
+    }
+    return authenticate(*used, std::string(user->pw_name).c_str());
+}

@@ -1,0 +1,38 @@
+// Stands by while the program covers the screen. A byte on descriptor 3 means that all is well and
+// ends it; the end of the file without one means that the program has died and the desktop lies
+// open: the system's own lock is put in place at once.
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace {
+constexpr int programSocket = 3;
+}
+
+int main() {
+    // What ends the program's session or terminal must not end this first.
+    setsid();
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(signal, SIG_IGN);
+    }
+    char byte = 0;
+    ssize_t count = 0;
+    do {
+        count = read(programSocket, &byte, 1);
+    } while (count < 0 && errno == EINTR);
+    if (count > 0) {
+        return EXIT_SUCCESS;
+    }
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(signal, SIG_DFL);
+    }
+    std::error_code error;
+    const auto lock =
+        std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "vigilo-lock";
+    execl(lock.c_str(), lock.c_str(), nullptr);
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,53 @@
+#include "platform/linux/authentication/SecretText.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <sys/mman.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+} // namespace
+
+SecretText::SecretText() {
+    mlock(bytes_.data(), bytes_.size());
+    madvise(bytes_.data(), bytes_.size(), MADV_DONTDUMP);
+}
+
+SecretText::~SecretText() {
+    clear();
+    munlock(bytes_.data(), bytes_.size());
+}
+
+void SecretText::append(std::string_view utf8) {
+    if (utf8.size() <= bytes_.size() - size_) {
+        std::copy(utf8.begin(), utf8.end(), bytes_.begin() + static_cast<std::ptrdiff_t>(size_));
+        size_ += utf8.size();
+    }
+}
+
+void SecretText::removeLast() {
+    bool isWhole = size_ == 0;
+    while (!isWhole) {
+        isWhole = !isContinuation(bytes_[size_ - 1]) || size_ == 1;
+        bytes_[--size_] = 0;
+    }
+}
+
+void SecretText::clear() {
+    explicit_bzero(bytes_.data(), bytes_.size());
+    size_ = 0;
+}
+
+std::size_t SecretText::length() const {
+    return static_cast<std::size_t>(std::count_if(view().begin(), view().end(),
+                                                  [](char byte) { return !isContinuation(byte); }));
+}
+
+} // namespace vigilo::platform

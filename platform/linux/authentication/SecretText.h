@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace vigilo::platform {
+
+/// A password on its way from the keyboard to the helper: in memory that is never swapped out or
+/// put into a core dump, and overwritten as soon as it is not needed.
+class SecretText {
+public:
+    static constexpr std::size_t capacity = 511; ///< bytes; what PAM takes
+
+    SecretText();
+    ~SecretText();
+    SecretText(const SecretText&) = delete;
+    SecretText& operator=(const SecretText&) = delete;
+
+    /// Adds UTF-8; what does not fit as a whole is left out.
+    void append(std::string_view utf8);
+
+    /// Takes the last character off.
+    void removeLast();
+
+    void clear();
+
+    std::string_view view() const { return {bytes_.data(), size_}; }
+    bool isEmpty() const { return size_ == 0; }
+
+    /// How many characters it has.
+    std::size_t length() const;
+
+private:
+    std::array<char, capacity> bytes_{};
+    std::size_t size_ = 0;
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,51 @@
+#include "platform/qt/ContentView.h"
+
+#include "platform/Fatal.h"
+#include "platform/qt/prompt/PasswordField.h"
+
+#include <utility>
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QUrl>
+#include <QVariant>
+
+namespace vigilo::platform {
+
+ContentView::ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
+                         const Colour& background, std::function<void()> onCloseRequested)
+    : QQuickView(&engine, nullptr), onCloseRequested_(std::move(onCloseRequested)) {
+    setColor(QColor::fromRgbF(
+        static_cast<float>(background.red), static_cast<float>(background.green),
+        static_cast<float>(background.blue), static_cast<float>(background.alpha)));
+    setResizeMode(QQuickView::SizeRootObjectToView);
+    setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)}});
+    setSource(
+        QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/%1.qml").arg(QString::fromStdString(content))));
+    if (status() != QQuickView::Ready) {
+        fatal("the content of a window cannot be made: " + content);
+    }
+}
+
+bool ContentView::event(QEvent* event) {
+    if (event->type() == QEvent::Close) {
+        event->ignore();
+        onCloseRequested_();
+        return true;
+    }
+    return QQuickView::event(event);
+}
+
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    const QQuickItem* const before = activeFocusItem();
+    QQuickView::keyPressEvent(event);
+    const auto* const now = activeFocusItem();
+    const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint() &&
+                         event->key() != Qt::Key_Space;
+    if (now != before && isTyped && qobject_cast<const PasswordField*>(now) != nullptr) {
+        QQuickView::keyPressEvent(event);
+    }
+}
+
+} // namespace vigilo::platform

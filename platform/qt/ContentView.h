@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/Windows.h"
+
+#include <functional>
+#include <string>
+
+#include <QQuickView>
+
+namespace vigilo::platform {
+
+/// A view of one of our QML types; it never closes by itself.
+class ContentView : public QQuickView {
+public:
+    /// `content` and `model` as in WindowSpec. `onCloseRequested` is called when somebody wants it
+    /// closed. Content that cannot be made stops the process.
+    ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
+                const Colour& background, std::function<void()> onCloseRequested);
+
+protected:
+    bool event(QEvent* event) override;
+
+    /// A key that makes something else take the keyboard is meant for that: whoever types on the
+    /// lock screen has the prompt begin with what was typed.
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    std::function<void()> onCloseRequested_;
+};
+
+} // namespace vigilo::platform

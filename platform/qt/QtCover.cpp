@@ -1,0 +1,28 @@
+#include "platform/qt/QtCover.h"
+
+namespace vigilo::platform {
+
+QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen)
+    : view_(engine, coverSpec.content, coverSpec.model, coverSpec.background, [] {}),
+      placement_(makeCoverPlacement(view_, screen)) {
+    view_.setTitle(QString::fromStdString(coverSpec.title));
+}
+
+void QtCover::orderFrontRegardless() {
+    if (placement_) {
+        placement_->show();
+    }
+}
+
+void QtCover::makeKey() {
+    if (placement_) {
+        placement_->takeKeyboard();
+    }
+}
+
+void QtCover::close() {
+    placement_.reset();
+    view_.destroy();
+}
+
+} // namespace vigilo::platform

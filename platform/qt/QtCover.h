@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Windows.h"
+#include "platform/qt/ContentView.h"
+#include "platform/qt/covers/CoverPlacement.h"
+
+#include <memory>
+
+class QScreen;
+
+namespace vigilo::platform {
+
+/// A cover over one of the toolkit's screens.
+class QtCover : public Cover {
+public:
+    QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen);
+
+    void orderFrontRegardless() override;
+    void makeKey() override;
+    void close() override;
+
+private:
+    ContentView view_;
+    std::unique_ptr<CoverPlacement> placement_;
+};
+
+} // namespace vigilo::platform

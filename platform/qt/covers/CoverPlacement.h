@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+class QQuickView;
+class QScreen;
+
+namespace vigilo::platform {
+
+/// How a window comes to cover a display on the running kind of display server, and stays there.
+class CoverPlacement {
+public:
+    virtual ~CoverPlacement() = default;
+
+    /// Shows the window over the whole display.
+    virtual void show() = 0;
+
+    /// Gives it the keyboard, and again whenever it is lost.
+    virtual void takeKeyboard() = 0;
+};
+
+/// The placement that fits; the view, not shown yet, and the screen outlive it.
+std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen);
+
+} // namespace vigilo::platform

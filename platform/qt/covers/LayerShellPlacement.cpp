@@ -1,0 +1,155 @@
+#include "platform/qt/covers/LayerShellPlacement.h"
+
+#include "platform/qt/covers/LayerShell.h"
+
+#include <chrono>
+#include <utility>
+
+#include <QGuiApplication>
+#include <QQuickView>
+#include <QScreen>
+#include <qpa/qplatformnativeinterface.h>
+
+#include <keyboard-shortcuts-inhibit.h>
+#include <wayland-client.h>
+#include <wlr-layer-shell.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A change of focus between two windows passes through none.
+constexpr auto regainPause = 50ms;
+
+// Values of the protocol.
+constexpr std::uint32_t overlayLayer = 3;
+constexpr std::uint32_t allEdges = 1 | 2 | 4 | 8;
+constexpr std::int32_t ignoreOthersZones = -1;
+constexpr std::uint32_t noKeyboard = 0;
+constexpr std::uint32_t exclusiveKeyboard = 1;
+
+QPlatformNativeInterface* native() {
+    return QGuiApplication::platformNativeInterface();
+}
+
+} // namespace
+
+std::unique_ptr<CoverPlacement> LayerShellPlacement::make(QQuickView& view, QScreen& screen) {
+    auto shell = LayerShell::connect();
+    if (!shell) {
+        return nullptr;
+    }
+    std::unique_ptr<LayerShellPlacement> placement(new LayerShellPlacement(view, std::move(shell)));
+    if (!placement->takeLayer(screen)) {
+        return nullptr;
+    }
+    return placement;
+}
+
+LayerShellPlacement::LayerShellPlacement(QQuickView& view, std::shared_ptr<LayerShell> shell)
+    : view_(view), shell_(std::move(shell)) {
+    regainTimer_.setSingleShot(true);
+    regainTimer_.setInterval(regainPause);
+    QObject::connect(&regainTimer_, &QTimer::timeout, &view_, [this] {
+        if (QGuiApplication::focusWindow() == nullptr) {
+            // Only a change makes the compositor look at it again.
+            setKeyboard(noKeyboard);
+            setKeyboard(exclusiveKeyboard);
+        }
+    });
+}
+
+LayerShellPlacement::~LayerShellPlacement() {
+    QObject::disconnect(focusChange_);
+    if (inhibitor_ != nullptr) {
+        zwp_keyboard_shortcuts_inhibitor_v1_destroy(inhibitor_);
+    }
+    if (layerSurface_ != nullptr) {
+        zwlr_layer_surface_v1_destroy(layerSurface_);
+    }
+}
+
+/// The toolkit gives a surface with this flag no role, so that it can have the layer's; the role
+/// has to be configured before anything is drawn.
+bool LayerShellPlacement::takeLayer(QScreen& screen) {
+    view_.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+    view_.setScreen(&screen);
+    view_.setGeometry(screen.geometry());
+    view_.create();
+    auto* const output =
+        static_cast<wl_output*>(native()->nativeResourceForScreen("output", &screen));
+    if (surface() == nullptr || output == nullptr) {
+        return false;
+    }
+    static constexpr zwlr_layer_surface_v1_listener listener{.configure = configure,
+                                                             .closed = close};
+    layerSurface_ = zwlr_layer_shell_v1_get_layer_surface(shell_->shell, surface(), output,
+                                                          overlayLayer, "vigilo");
+    zwlr_layer_surface_v1_add_listener(layerSurface_, &listener, this);
+    zwlr_layer_surface_v1_set_size(layerSurface_, 0, 0);
+    zwlr_layer_surface_v1_set_anchor(layerSurface_, allEdges);
+    zwlr_layer_surface_v1_set_exclusive_zone(layerSurface_, ignoreOthersZones);
+    wl_surface_commit(surface());
+    wl_display_roundtrip_queue(shell_->display, shell_->queue);
+    // What comes later comes with the toolkit's own events.
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(layerSurface_), nullptr);
+    return isConfigured_;
+}
+
+void LayerShellPlacement::show() {
+    view_.show();
+}
+
+void LayerShellPlacement::takeKeyboard() {
+    setKeyboard(exclusiveKeyboard);
+    inhibitShortcuts();
+    QObject::disconnect(focusChange_);
+    focusChange_ = QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &view_,
+                                    [this](const QWindow* focused) {
+                                        if (focused == nullptr) {
+                                            regainTimer_.start();
+                                        }
+                                    });
+}
+
+wl_surface* LayerShellPlacement::surface() const {
+    return static_cast<wl_surface*>(native()->nativeResourceForWindow("surface", &view_));
+}
+
+void LayerShellPlacement::setKeyboard(std::uint32_t mode) {
+    if (layerSurface_ != nullptr && surface() != nullptr) {
+        zwlr_layer_surface_v1_set_keyboard_interactivity(layerSurface_, mode);
+        wl_surface_commit(surface());
+        wl_display_flush(shell_->display);
+    }
+}
+
+void LayerShellPlacement::inhibitShortcuts() {
+    auto* const seat = static_cast<wl_seat*>(native()->nativeResourceForIntegration("wl_seat"));
+    if (inhibitor_ == nullptr && shell_->shortcuts != nullptr && seat != nullptr) {
+        inhibitor_ = zwp_keyboard_shortcuts_inhibit_manager_v1_inhibit_shortcuts(shell_->shortcuts,
+                                                                                 surface(), seat);
+    }
+}
+
+void LayerShellPlacement::configure(void* data, zwlr_layer_surface_v1* layerSurface,
+                                    std::uint32_t serial, std::uint32_t width,
+                                    std::uint32_t height) {
+    auto& placement = *static_cast<LayerShellPlacement*>(data);
+    zwlr_layer_surface_v1_ack_configure(layerSurface, serial);
+    placement.isConfigured_ = true;
+    if (width > 0 && height > 0) {
+        placement.view_.resize(static_cast<int>(width), static_cast<int>(height));
+    }
+}
+
+void LayerShellPlacement::close(void* data, zwlr_layer_surface_v1* layerSurface) {
+    // Its output is gone; the displays are covered anew when the toolkit has heard of it, too.
+    auto& placement = *static_cast<LayerShellPlacement*>(data);
+    zwlr_layer_surface_v1_destroy(layerSurface);
+    placement.layerSurface_ = nullptr;
+}
+
+} // namespace vigilo::platform

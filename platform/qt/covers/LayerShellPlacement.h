@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/qt/covers/CoverPlacement.h"
+
+#include <cstdint>
+#include <memory>
+
+#include <QMetaObject>
+#include <QTimer>
+
+struct wl_surface;
+struct zwlr_layer_surface_v1;
+struct zwp_keyboard_shortcuts_inhibitor_v1;
+
+namespace vigilo::platform {
+
+class LayerShell;
+
+/// A surface on the compositor's overlay layer, which is above every window and panel.
+class LayerShellPlacement : public CoverPlacement {
+public:
+    /// None where the compositor has no such layers or will not let the window onto one.
+    static std::unique_ptr<CoverPlacement> make(QQuickView& view, QScreen& screen);
+
+    ~LayerShellPlacement() override;
+
+    void show() override;
+    void takeKeyboard() override;
+
+private:
+    LayerShellPlacement(QQuickView& view, std::shared_ptr<LayerShell> shell);
+
+    bool takeLayer(QScreen& screen);
+    wl_surface* surface() const;
+    void setKeyboard(std::uint32_t mode);
+    void inhibitShortcuts();
+
+    static void configure(void* data, zwlr_layer_surface_v1* layerSurface, std::uint32_t serial,
+                          std::uint32_t width, std::uint32_t height);
+    static void close(void* data, zwlr_layer_surface_v1* layerSurface);
+
+    QQuickView& view_;
+    std::shared_ptr<LayerShell> shell_;
+    zwlr_layer_surface_v1* layerSurface_ = nullptr;
+    zwp_keyboard_shortcuts_inhibitor_v1* inhibitor_ = nullptr;
+    bool isConfigured_ = false;
+    QMetaObject::Connection focusChange_;
+    QTimer regainTimer_;
+};
+
+} // namespace vigilo::platform

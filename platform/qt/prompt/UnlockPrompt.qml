@@ -1,0 +1,160 @@
+import QtQuick
+import Vigilo
+import Vigilo.Prompt
+
+// A sheet over the lock screen that asks for the owner's password.
+FocusScope {
+    id: prompt
+
+    required property UnlockPromptModel model
+
+    anchors.fill: parent
+    focus: true
+    Accessible.role: Accessible.Dialog
+    Accessible.name: model.reason
+
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.rgba(0, 0, 0, 0.6)
+
+        MouseArea {
+            anchors.fill: parent
+            hoverEnabled: true
+            onClicked: field.forceActiveFocus()
+        }
+    }
+
+    Rectangle {
+        anchors.centerIn: parent
+        width: Math.min(380, parent.width - 32)
+        height: column.height + 56
+        radius: 18
+        color: Theme.menuGround
+        border.width: 1
+        border.color: Theme.white(0.12)
+
+        Column {
+            id: column
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 28
+            width: parent.width - 56
+            spacing: 14
+
+            SymbolIcon {
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 34
+                height: 34
+                name: "lock.fill"
+                color: Qt.rgba(0.62, 0.78, 1, 1)
+            }
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: prompt.model.reason
+                size: 17
+                font.weight: Font.Bold
+                Accessible.ignored: false
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+
+            Rectangle {
+                width: parent.width
+                height: 38
+                radius: 9
+                color: Qt.rgba(0, 0, 0, 0.28)
+                border.width: field.activeFocus ? 2 : 1
+                border.color: field.activeFocus ? Theme.focus : Theme.outline
+                opacity: prompt.model.isPossible ? 1 : 0.4
+
+                PasswordField {
+                    id: field
+
+                    anchors.fill: parent
+                    focus: true
+                    enabled: prompt.model.isPossible
+                    Accessible.role: Accessible.EditableText
+                    Accessible.passwordEdit: true
+                    Accessible.name: "Password"
+                    Accessible.description: prompt.model.message
+                    Keys.onTabPressed: stay.forceActiveFocus(Qt.TabFocusReason)
+                    onEnabledChanged: {
+                        field.clear();
+                        stay.forceActiveFocus(Qt.TabFocusReason);
+                    }
+                    onEdited: prompt.model.touch()
+                    onSubmitted: prompt.model.submit(field)
+                    onCancelled: prompt.model.cancel()
+                }
+
+                Label {
+                    anchors.centerIn: parent
+                    visible: field.length === 0
+                    text: prompt.model.isBusy ? "Checking…" : field.enabled ? "Password" : ""
+                    color: Theme.secondary
+                }
+
+                Row {
+                    anchors.centerIn: parent
+                    spacing: 5
+
+                    Repeater {
+                        // Beyond these it only matters that there are many.
+                        model: Math.min(field.length, 28)
+
+                        Rectangle {
+                            width: 6
+                            height: 6
+                            radius: 3
+                        }
+                    }
+                }
+            }
+
+            Text {
+                width: parent.width
+                height: Math.max(implicitHeight, 16)
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                textFormat: Text.PlainText
+                font.family: Fonts.systemFamily
+                font.pixelSize: 12
+                renderType: Text.QtRendering
+                text: prompt.model.message !== "" ? prompt.model.message : field.isCapsLockOn ? "Caps Lock is on." : ""
+                color: prompt.model.isError ? Theme.orange : Theme.secondary
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+
+            PlainButton {
+                id: stay
+
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 150
+                height: 34
+                text: prompt.model.cancelTitle
+                onClicked: prompt.model.cancel()
+                Keys.onEscapePressed: prompt.model.cancel()
+                Keys.onTabPressed: field.forceActiveFocus(Qt.TabFocusReason)
+                Keys.onBacktabPressed: field.forceActiveFocus(Qt.TabFocusReason)
+
+                background: Rectangle {
+                    radius: 9
+                    color: Theme.white(stay.down ? 0.2 : stay.hovered ? 0.15 : 0.1)
+
+                    FocusRing {
+                        radius: 12
+                        visible: stay.visualFocus
+                    }
+                }
+
+                contentItem: Label {
+                    horizontalAlignment: Text.AlignHCenter
+                    text: stay.text
+                    font.weight: Font.DemiBold
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/linux/authentication/AuthenticationProcess.h"
+#include "platform/qt/prompt/PasswordField.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QtQml/qqmlregistration.h>
+
+namespace vigilo::platform {
+
+/// What the prompt for the owner's password shows and does, until it is proved or given up. A
+/// helper serves one password; a wrong one is answered with a new helper.
+class UnlockPromptModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The program makes it.")
+    Q_PROPERTY(QString reason READ reason CONSTANT)
+    Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
+    Q_PROPERTY(QString message READ message NOTIFY changed)
+    Q_PROPERTY(bool isError READ isError NOTIFY changed)
+    Q_PROPERTY(bool isBusy READ isBusy NOTIFY changed)
+    Q_PROPERTY(bool isPossible READ isPossible NOTIFY changed)
+
+public:
+    /// `onEnd` is called once, from the event loop.
+    UnlockPromptModel(QString reason, QString cancelTitle, std::function<void(bool)> onEnd);
+    ~UnlockPromptModel() override;
+
+    /// A password was typed: hands it over and forgets it.
+    Q_INVOKABLE void submit(vigilo::platform::PasswordField* field);
+
+    /// Somebody is there: the time after which an unused prompt gives up begins anew.
+    Q_INVOKABLE void touch();
+
+    Q_INVOKABLE void cancel();
+
+    QString reason() const { return reason_; }
+    QString cancelTitle() const { return cancelTitle_; }
+    QString message() const { return message_; }
+    bool isError() const { return isError_; }
+    bool isBusy() const { return isBusy_; }
+    bool isPossible() const { return isPossible_; }
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void startHelper();
+    void take(const authentication::Frame& frame);
+    void helperEnded(bool isOwner);
+    void answerWhenAsked();
+    void say(const QString& message, bool isError);
+    void end(bool isOwner);
+
+    QString reason_;
+    QString cancelTitle_;
+    std::function<void(bool)> onEnd_;
+    std::unique_ptr<AuthenticationProcess> helper_;
+    SecretText submitted_;
+    bool isAsked_ = false;     ///< the helper waits for an answer
+    bool isSubmitted_ = false; ///< an answer waits for the helper
+    bool isAnswered_ = false;  ///< the helper has had its answer
+    std::chrono::milliseconds delay_{};
+    QString message_;
+    bool isError_ = false;
+    bool isBusy_ = false;
+    bool isPossible_ = true;
+    QTimer idleTimer_;
+    QTimer delayTimer_;
+};
+
+} // namespace vigilo::platform

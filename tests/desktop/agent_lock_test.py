@@ -1,0 +1,205 @@
+#!/usr/bin/python3
+"""The Agent Lock on X11, with openbox and without any window manager: what it hides, what it withstands
+and how its owner lifts it. Usage: agent_lock_test.py VIGILO HOSTILE_WINDOW"""
+
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.owner import PASSWORD, UID, Owner
+from harness.processes import Processes, end, environment, wait_until
+
+VIGILO = sys.argv.pop(1)
+HOSTILE = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+# Size in pixels and millimetres, and place.
+LEFT, RIGHT, WHOLE = "800/200x900/200+0+0", "800/200x900/200+800+0", "1600/400x900/200+0+0"
+MAGENTA = b"\xff\x00\xff"
+
+
+class AgentLock(unittest.TestCase):
+    window_manager = None
+
+    def setUp(self):
+        self.display = self.enter(VirtualDisplay("1600x900x24"))
+        self.bus = self.enter(SessionBus())
+        self.owner = self.enter(Owner())
+        self.processes = self.enter(Processes())
+        # The only locker on its path notes that it was started.
+        programs = os.path.join(self.owner.folder, "bin")
+        os.mkdir(programs)
+        locker = os.path.join(programs, "i3lock")
+        with open(locker, "w", encoding="utf-8") as file:
+            file.write('#!/bin/sh\n: > "$HOME/locked"\n')
+        os.chmod(locker, 0o755)
+        self.variables = environment(
+            PATH=programs + ":" + os.environ["PATH"],
+            DISPLAY=self.display.name,
+            WAYLAND_DISPLAY=None,
+            DBUS_SESSION_BUS_ADDRESS=self.bus.address,
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+            HOME=self.owner.home,
+            XDG_RUNTIME_DIR=self.owner.home,
+            XAUTHORITY=None,
+        )
+        subprocess.run(["xsetroot", "-solid", "#ff00ff"], env=self.variables, check=True)
+        # Two monitors on the one screen that there is.
+        self.xrandr("--setmonitor", "left", LEFT, "screen")
+        self.xrandr("--setmonitor", "right", RIGHT, "none")
+        if self.window_manager:
+            self.processes.start([self.window_manager], env=self.variables)
+            time.sleep(0.5)
+        service = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+        self.service = service
+        self.vigilo = self.processes.start(self.owner.command(VIGILO), env=self.variables)
+        self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
+        self.display.settle()
+        # The proposed mode is the Agent Lock.
+        self.display.click(self.window, 360, 399)
+        wait_until(self.is_covered, "the lock")
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def xrandr(self, *arguments):
+        subprocess.run(["xrandr", *arguments], env=self.variables, check=True, stdout=subprocess.DEVNULL)
+
+    def is_covered(self):
+        """Whether not one pixel of the desktop below shows."""
+        header, pixels = self.display.picture().split(b"255\n", 1)
+        del header
+        start = pixels.find(MAGENTA)
+        while start >= 0 and start % 3 != 0:
+            start = pixels.find(MAGENTA, start + 1)
+        return start < 0
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--delay", "20", text], env=self.variables, check=True)
+
+    def unlock(self):
+        self.type(PASSWORD)
+        self.display.key("Return")
+        wait_until(lambda: not self.is_covered(), "the lock to go", timeout=30)
+
+    def test_windows_that_come_later_do_not_show(self):
+        for kind in ("unmanaged", "above", "full-screen"):
+            with self.subTest(kind=kind):
+                hostile = self.processes.start([HOSTILE, kind], env=self.variables)
+                time.sleep(0.7)
+                self.assertTrue(self.is_covered())
+                end(hostile)
+
+    def test_nobody_closes_it_from_outside(self):
+        for keys in ("alt+F4", "Escape", "ctrl+q", "ctrl+w", "super+d", "ctrl+alt+Right"):
+            self.display.key(keys)
+            time.sleep(0.1)
+        self.assertTrue(self.is_covered())
+        self.assertIsNone(self.vigilo.poll())
+
+    def test_the_owner_lifts_it_by_typing_and_the_session_goes_on(self):
+        self.unlock()
+        self.assertIsNone(self.vigilo.poll())
+        end(self.service)
+        self.assertNotIn("release", self.service.stdout.read())
+
+    def test_a_wrong_password_leaves_it_up_and_the_right_one_still_counts(self):
+        self.type("wrong")
+        self.display.key("Return")
+        time.sleep(1)
+        self.assertTrue(self.is_covered())
+        # The system makes everybody wait after a failure.
+        time.sleep(3)
+        self.unlock()
+
+    def test_the_password_is_nowhere_in_memory_afterwards(self):
+        secret = b"unmistakable-4711-secret"
+        self.type(secret.decode())
+        self.display.key("Return")
+        time.sleep(3)
+        pid = int(
+            subprocess.run(["pgrep", "-x", "-u", str(UID), "vigilo"], check=True, stdout=subprocess.PIPE).stdout.split()[0]
+        )
+        with open("/proc/%d/maps" % pid, encoding="utf-8") as file:
+            maps = file.readlines()
+        for line in maps:
+            area, rights = line.split()[:2]
+            first, last = (int(part, 16) for part in area.split("-"))
+            if "w" in rights:
+                with open("/proc/%d/mem" % pid, "rb", buffering=0) as memory:
+                    memory.seek(first)
+                    self.assertNotIn(secret, memory.read(last - first), line)
+
+    def test_an_escaped_prompt_leaves_it_up(self):
+        self.type("abc")
+        self.display.key("Escape")
+        time.sleep(0.5)
+        self.assertTrue(self.is_covered())
+        self.unlock()
+
+    def running(self, name):
+        """Process ids of the owner's programs of this name."""
+        found = subprocess.run(
+            ["pgrep", "-x", "-u", str(UID), name], check=False, stdout=subprocess.PIPE, text=True
+        ).stdout
+        return [int(pid) for pid in found.split()]
+
+    def test_its_guard_is_replaced_when_killed_and_ends_with_the_lock(self):
+        (first,) = wait_until(lambda: self.running("vigilo-guard"), "the guard")
+        os.kill(first, signal.SIGKILL)
+        wait_until(lambda: self.running("vigilo-guard") not in ([], [first]), "a new guard")
+        self.unlock()
+        wait_until(lambda: not self.running("vigilo-guard"), "the guard to end")
+
+    def test_the_systems_lock_takes_over_when_the_program_is_killed(self):
+        note = os.path.join(self.owner.home, "locked")
+        (program,) = self.running("vigilo")
+        os.kill(program, signal.SIGKILL)
+        wait_until(lambda: os.path.exists(note), "the locker")
+        wait_until(lambda: not self.running("vigilo-guard"), "the guard to end")
+
+    def test_no_lock_takes_over_when_the_program_is_ended(self):
+        (program,) = self.running("vigilo")
+        os.kill(program, signal.SIGTERM)
+        wait_until(lambda: not self.running("vigilo-guard"), "the guard to end")
+        time.sleep(3)
+        self.assertFalse(os.path.exists(os.path.join(self.owner.home, "locked")))
+
+    def test_monitors_come_and_go_and_stay_covered(self):
+        for _ in range(10):
+            self.xrandr("--delmonitor", "right")
+            self.xrandr("--delmonitor", "left")
+            self.xrandr("--setmonitor", "left", WHOLE, "screen")
+            wait_until(self.is_covered, "the cover to grow")
+            self.xrandr("--delmonitor", "left")
+            self.xrandr("--setmonitor", "left", LEFT, "screen")
+            self.xrandr("--setmonitor", "right", RIGHT, "none")
+            wait_until(self.is_covered, "the second cover")
+        # What is typed while the covers change goes to one that is about to go.
+        self.display.settle(quiet=1)
+        self.unlock()
+
+
+class WithOpenbox(AgentLock):
+    window_manager = "openbox"
+
+
+if __name__ == "__main__":
+    reason = Owner.missing() or (None if shutil.which("openbox") else "openbox is not installed")
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

@@ -1,0 +1,136 @@
+#!/usr/bin/python3
+"""The Agent Lock under sway: what it hides on several outputs that come, go and change.
+Usage: agent_lock_wayland_test.py VIGILO"""
+
+import os
+import random
+import shutil
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.processes import Processes, environment, wait_until
+from harness.sway import Sway
+
+VIGILO = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+MAGENTA = b"\xff\x00\xff"
+
+
+class AgentLockOnWayland(unittest.TestCase):
+    def setUp(self):
+        self.sway = self.enter(Sway(outputs=2))
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.variables = environment(
+            **self.sway.environment,
+            DBUS_SESSION_BUS_ADDRESS=self.bus.address,
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+            QT_QPA_PLATFORM="wayland",
+        )
+        service = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+        # A keyboard that is there before the first key: clients take note of one only after a while.
+        self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
+        self.vigilo = self.processes.start([VIGILO], env=self.variables)
+        wait_until(self.has_focused_window, "the window")
+        time.sleep(1)
+        # The large button has the keyboard, and the proposed mode is the Agent Lock.
+        self.press("Return")
+        wait_until(self.is_covered, "the lock")
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def has_focused_window(self):
+        def any_focused(node):
+            return (node.get("focused") and node.get("pid")) or any(
+                any_focused(child) for child in node.get("nodes", []) + node.get("floating_nodes", [])
+            )
+
+        return any_focused(self.sway.message("-t", "get_tree"))
+
+    def press(self, key):
+        subprocess.run(["wtype", "-k", key], env=self.variables, check=True)
+
+    def is_covered(self):
+        """Whether no output shows one pixel of the desktop below."""
+        for output in self.sway.outputs():
+            if not output["active"]:
+                continue
+            picture = subprocess.run(
+                ["grim", "-t", "ppm", "-o", output["name"], "-"],
+                env=self.variables, check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+            ).stdout
+            pixels = picture.split(b"255\n", 1)[-1]
+            start = pixels.find(MAGENTA)
+            while start >= 0 and start % 3 != 0:
+                start = pixels.find(MAGENTA, start + 1)
+            if start >= 0 or not pixels:
+                return False
+        return True
+
+    def test_no_output_shows_the_desktop_and_no_window_comes_above(self):
+        other = self.processes.start([VIGILO, "--another"], env=self.variables)
+        time.sleep(1.5)
+        self.assertTrue(self.is_covered())
+        self.assertIsNone(other.poll())
+
+    def test_the_compositors_own_shortcuts_uncover_nothing(self):
+        for command in ("workspace 5", "kill", "fullscreen toggle", "workspace prev"):
+            self.sway.message(command)
+            time.sleep(0.2)
+            self.assertTrue(self.is_covered(), command)
+        self.assertIsNone(self.vigilo.poll())
+
+    def test_outputs_change_a_hundred_times_and_stay_covered(self):
+        chance = random.Random(7)
+        for step in range(100):
+            outputs = self.sway.outputs()
+            name = chance.choice(outputs)["name"]
+            change = chance.choice(
+                ["create", "disable", "enable", "mode 1024x600", "mode 800x1280", "scale 2", "scale 1",
+                 "transform 90", "transform normal"]
+            )
+            if change == "create" and len(outputs) < 5:
+                self.sway.message("create_output")
+            elif change != "create":
+                self.sway.message("output " + name + " " + change)
+            if step % 5 == 4:
+                wait_until(self.is_covered, "the covers after " + change)
+                self.assertIsNone(self.vigilo.poll())
+
+    def test_no_output_at_all_is_survived(self):
+        for output in self.sway.outputs():
+            self.sway.message("output " + output["name"] + " disable")
+        time.sleep(0.5)
+        self.assertIsNone(self.vigilo.poll())
+        for output in self.sway.outputs():
+            self.sway.message("output " + output["name"] + " enable")
+        wait_until(self.is_covered, "the covers")
+        self.assertIsNone(self.vigilo.poll())
+
+    def test_the_keyboard_reaches_the_lock_screen(self):
+        # Tab goes to the other button, which leaves the screen to the system's own lock.
+        self.press("Tab")
+        self.press("Return")
+        wait_until(lambda: not self.is_covered(), "the lock to go")
+        self.assertIsNone(self.vigilo.poll())
+
+
+if __name__ == "__main__":
+    missing = next((name for name in ("grim", "wtype") if not shutil.which(name)), None)
+    reason = Sway.missing() or (missing and missing + " is not installed")
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

@@ -32,9 +32,9 @@ public:
     /// In the system's order, the primary one first.
     virtual std::vector<Screen> screens() const = 0;
 
-    /// Called when a display was added, removed, moved or resized; empty to stop. Not called when the
-    /// last display goes: nothing is left to react on, and what stood on it is wanted again when one
-    /// returns.
+    /// Called when a display was added, removed, moved or resized; empty to stop. Not called when
+    /// the last display goes: nothing is left to react on, and what stood on it is wanted again
+    /// when one returns.
     virtual void observe(std::function<void()> onChange) = 0;
 };
 

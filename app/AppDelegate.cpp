@@ -2,6 +2,7 @@
 
 #include "platform/Fatal.h"
 
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -81,6 +82,26 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
         showWindow();
     }
     return true;
+}
+
+void AppDelegate::performAction(std::string_view name) {
+    struct Row {
+        std::string_view name;
+        void (AppDelegate::*action)();
+    };
+    constexpr std::array rows{
+        Row{"showWindow", &AppDelegate::showWindow},
+        Row{"toggleProtection", &AppDelegate::toggleProtection},
+        Row{"agentLock", &AppDelegate::agentLock},
+        Row{"appleLock", &AppDelegate::appleLock},
+        Row{"openLockSettings", &AppDelegate::openLockSettings},
+        Row{"quitApp", &AppDelegate::quitApp},
+    };
+    for (const Row& row : rows) {
+        if (row.name == name) {
+            (this->*row.action)();
+        }
+    }
 }
 
 void AppDelegate::showWindow() {

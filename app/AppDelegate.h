@@ -10,6 +10,7 @@
 #include "ui/VigiloView.h"
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace vigilo {
@@ -39,6 +40,10 @@ public:
     /// The program was started again: shows the main window unless a window is visible. Always
     /// true.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
+
+    /// Does what an action's name says: showWindow, toggleProtection, agentLock, appleLock,
+    /// openLockSettings or quitApp. Any other name does nothing.
+    void performAction(std::string_view name);
 
     void showWindow();
     void quitApp();

@@ -4,6 +4,7 @@
 #include "app/SelfTest.h"
 #include "platform/linux/SystemWallClock.h"
 #include "platform/linux/guard/HelperLockGuard.h"
+#include "platform/linux/instance/ApplicationService.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
@@ -20,6 +21,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +41,16 @@ AgentMonitor::Scan agentScan() {
 
 int runApplication(char* programName) {
     platform::ApplicationObject applicationObject(programName);
+    platform::ApplicationService service;
+    switch (service.claim()) {
+    case platform::ApplicationService::Claim::first:
+        break;
+    case platform::ApplicationService::Claim::passedOn:
+        return EXIT_SUCCESS;
+    case platform::ApplicationService::Claim::doesNotAnswer:
+        std::fputs("vigilo: it is running already but does not answer.\n", stderr);
+        return EXIT_FAILURE;
+    }
     platform::QtApplication qtApplication;
     platform::QtRunLoop runLoop;
     platform::SystemWallClock wallClock;
@@ -69,6 +81,20 @@ int runApplication(char* programName) {
         if (const auto launched = weak.lock()) {
             launched->applicationDidFinishLaunching();
         }
+    });
+    service.serve({
+        .onActivate =
+            [&](const std::string& activationToken) {
+                platform::QtApplication::useActivationToken(activationToken);
+                runLoop.post([&] {
+                    delegate->applicationShouldHandleReopen(qtApplication.hasVisibleWindows());
+                });
+            },
+        .onAction =
+            [&](const std::string& action, const std::string& activationToken) {
+                platform::QtApplication::useActivationToken(activationToken);
+                runLoop.post([&, action] { delegate->performAction(action); });
+            },
     });
     const int status = applicationObject.run();
     delegate->applicationWillTerminate();

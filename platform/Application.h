@@ -13,6 +13,9 @@ public:
     /// Brings the program's windows in front of other programs, as far as the desktop allows.
     virtual void activateIgnoringOtherApps() = 0;
 
+    /// Whether the user has a window of the program before them, a cover included.
+    virtual bool hasVisibleWindows() const = 0;
+
     /// Asks the event loop to end; the program then terminates in its usual order.
     virtual void terminate() = 0;
 };

@@ -46,6 +46,7 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
     QCoreApplication::setApplicationName(QStringLiteral("vigilo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.vigilo.Vigilo"));
     // The Wayland library has a way of its own to tell that it cannot connect.
     wl_log_set_handler_client([](const char*, va_list) {});
     const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);

@@ -42,6 +42,20 @@ void QtApplication::activateIgnoringOtherApps() {
     }
 }
 
+bool QtApplication::hasVisibleWindows() const {
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(), [](const QWindow* window) {
+        return window->isVisible() && window->windowState() != Qt::WindowMinimized;
+    });
+}
+
+void QtApplication::useActivationToken(const std::string& token) {
+    if (!token.empty()) {
+        // The toolkit takes it from there with the next activation.
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    }
+}
+
 void QtApplication::terminate() {
     QCoreApplication::exit(0);
 }

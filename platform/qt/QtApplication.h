@@ -18,7 +18,12 @@ public:
 
     void loadIcon() override;
     void activateIgnoringOtherApps() override;
+    bool hasVisibleWindows() const override;
     void terminate() override;
+
+    /// Lets the next window that is activated come to the front, where the desktop wants a token
+    /// for that.
+    static void useActivationToken(const std::string& token);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -145,7 +145,10 @@ public:
 
     void loadIcon() override { log_.emplace_back("icon"); }
     void activateIgnoringOtherApps() override { log_.emplace_back("activate"); }
+    bool hasVisibleWindows() const override { return hasVisible; }
     void terminate() override { log_.emplace_back("terminate"); }
+
+    bool hasVisible = false;
 
 private:
     DesktopLog& log_;

@@ -276,6 +276,27 @@ TEST_F(AppDelegateTest, carriesTheActionsOfTheMenus) {
     EXPECT_EQ(log.back(), "terminate");
 }
 
+TEST_F(AppDelegateTest, doesWhatAnActionsNameSays) {
+    launch();
+    delegate->performAction("toggleProtection");
+    EXPECT_TRUE(controller().isActive());
+    delegate->performAction("toggleProtection");
+    EXPECT_FALSE(controller().isActive());
+    delegate->performAction("agentLock");
+    EXPECT_EQ(windows.covered, Names{"one"});
+    delegate->performAction("appleLock");
+    EXPECT_EQ(controller().activeMode(), AwakeMode::appleLock);
+    delegate->performAction("openLockSettings");
+    EXPECT_EQ(workspace.lockScreenSettingsOpened, 1);
+    log.clear();
+    delegate->performAction("");
+    delegate->performAction("showwindow");
+    EXPECT_EQ(log, DesktopLog{});
+    delegate->performAction("showWindow");
+    delegate->performAction("quitApp");
+    EXPECT_EQ(log, (DesktopLog{"show", "activate", "terminate"}));
+}
+
 TEST_F(AppDelegateTest, terminatingReleasesTheAssertionAndReactsToNothingMore) {
     launch();
     controller().agentLock(30);

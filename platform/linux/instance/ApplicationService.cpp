@@ -1,0 +1,89 @@
+#include "platform/linux/instance/ApplicationService.h"
+
+#include <utility>
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace vigilo::platform {
+
+namespace {
+
+constexpr auto objectPath = "/io/github/vigilo/Vigilo";
+constexpr auto interfaceName = "org.freedesktop.Application";
+constexpr int answerLimit = 2000; // milliseconds
+
+std::string token(const QVariantMap& platformData) {
+    return platformData.value(QStringLiteral("activation-token")).toString().toStdString();
+}
+
+/// What the desktop gave this program to come forward with.
+QVariantMap ownPlatformData() {
+    QVariantMap data;
+    for (const auto& [key, variable] : {std::pair{"activation-token", "XDG_ACTIVATION_TOKEN"},
+                                        {"desktop-startup-id", "DESKTOP_STARTUP_ID"}}) {
+        if (qEnvironmentVariableIsSet(variable)) {
+            data.insert(QString::fromLatin1(key), qEnvironmentVariable(variable));
+        }
+    }
+    return data;
+}
+
+} // namespace
+
+ApplicationService::Claim ApplicationService::claim() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return Claim::first;
+    }
+    // The object first: who sees the name may call at once.
+    new ApplicationAdaptor(*this);
+    bus.registerObject(QString::fromLatin1(objectPath), this);
+    if (bus.registerService(QString::fromLatin1(applicationId))) {
+        return Claim::first;
+    }
+    QDBusMessage activation = QDBusMessage::createMethodCall(
+        QString::fromLatin1(applicationId), QString::fromLatin1(objectPath),
+        QString::fromLatin1(interfaceName), QStringLiteral("Activate"));
+    activation << ownPlatformData();
+    activation.setAutoStartService(false);
+    const QDBusMessage answer = bus.call(activation, QDBus::Block, answerLimit);
+    return answer.type() == QDBusMessage::ReplyMessage ? Claim::passedOn : Claim::doesNotAnswer;
+}
+
+void ApplicationService::serve(Requests requests) {
+    requests_ = std::move(requests);
+}
+
+void ApplicationService::activate(const QVariantMap& platformData) const {
+    if (requests_.onActivate) {
+        requests_.onActivate(token(platformData));
+    }
+}
+
+void ApplicationService::activateAction(const QString& action,
+                                        const QVariantMap& platformData) const {
+    if (requests_.onAction) {
+        requests_.onAction(action.toStdString(), token(platformData));
+    }
+}
+
+ApplicationAdaptor::ApplicationAdaptor(ApplicationService& service)
+    : QDBusAbstractAdaptor(&service), service_(service) {}
+
+void ApplicationAdaptor::Activate(const QVariantMap& platformData) {
+    service_.activate(platformData);
+}
+
+void ApplicationAdaptor::Open(const QStringList&, const QVariantMap& platformData) {
+    // There are no documents; whoever passes some means the program.
+    service_.activate(platformData);
+}
+
+void ApplicationAdaptor::ActivateAction(const QString& action, const QVariantList&,
+                                        const QVariantMap& platformData) {
+    service_.activateAction(action, platformData);
+}
+
+} // namespace vigilo::platform

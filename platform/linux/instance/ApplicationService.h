@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace vigilo::platform {
+
+/// The program's id: the name it owns on the session bus and the one of its desktop file.
+inline constexpr auto applicationId = "io.github.vigilo.Vigilo";
+
+/// The running program as others on the session bus reach it: `org.freedesktop.Application`. It
+/// makes sure that there is one instance only. Main thread.
+class ApplicationService : public QObject {
+    Q_OBJECT
+
+public:
+    /// What others may ask for; called from the event loop. The token, possibly empty, lets a
+    /// window come to the front on Wayland.
+    struct Requests {
+        std::function<void(const std::string& activationToken)> onActivate;
+        std::function<void(const std::string& action, const std::string& activationToken)> onAction;
+    };
+
+    enum class Claim {
+        first,        ///< nobody else runs, or there is no session bus to know it by
+        passedOn,     ///< the running instance was asked to come forward
+        doesNotAnswer ///< there is one that did not answer within two seconds
+    };
+
+    /// Becomes the one instance, or asks the one that runs to come forward with the activation
+    /// token that this program was started with.
+    Claim claim();
+
+    /// From now on requests are served.
+    void serve(Requests requests);
+
+    void activate(const QVariantMap& platformData) const;
+    void activateAction(const QString& action, const QVariantMap& platformData) const;
+
+private:
+    Requests requests_;
+};
+
+/// The interface of the Desktop Entry standard, section "D-Bus Activation".
+class ApplicationAdaptor : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationAdaptor(ApplicationService& service);
+
+public Q_SLOTS:
+    void Activate(const QVariantMap& platformData);
+    void Open(const QStringList& uris, const QVariantMap& platformData);
+    void ActivateAction(const QString& action, const QVariantList& parameter,
+                        const QVariantMap& platformData);
+
+private:
+    ApplicationService& service_;
+};
+
+} // namespace vigilo::platform

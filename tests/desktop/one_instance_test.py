@@ -1,0 +1,94 @@
+#!/usr/bin/python3
+"""One instance on a session bus, and what others may ask of it. Usage: one_instance_test.py VIGILO"""
+
+import os
+import signal
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.processes import Processes, environment, wait_until
+
+VIGILO = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+ID = "io.github.vigilo.Vigilo"
+
+
+class OneInstance(unittest.TestCase):
+    def setUp(self):
+        self.display = self.enter(VirtualDisplay())
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.variables = environment(
+            DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=self.bus.address,
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+        )
+        self.power = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
+        )
+        self.addCleanup(self.power.stdout.close)
+        self.power.stdout.readline()
+        self.first = self.processes.start([VIGILO], env=self.variables)
+        self.window = wait_until(self.windows, "the window")[0]
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def windows(self):
+        return windows_named(self.display.name, "Vigilo")
+
+    def start_again(self):
+        return subprocess.run(
+            [VIGILO], env=self.variables, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=20,
+            check=False,
+        )
+
+    def act(self, action):
+        subprocess.run(
+            [
+                "busctl", "--address=" + self.bus.address, "call", ID, "/io/github/vigilo/Vigilo",
+                "org.freedesktop.Application", "ActivateAction", "sava{sv}", action, "0", "0",
+            ],
+            check=True, stdout=subprocess.DEVNULL,
+        )
+
+    def test_a_second_start_brings_the_hidden_window_back_and_ends(self):
+        self.display.settle()
+        self.display.click(self.window, 704, 16)
+        wait_until(lambda: not self.windows(), "the window to hide")
+        second = self.start_again()
+        self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+        wait_until(self.windows, "the window")
+        self.assertIsNone(self.first.poll())
+
+    def test_one_that_does_not_answer_holds_the_second_up_for_a_moment_only(self):
+        self.first.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.first.send_signal, signal.SIGCONT)
+        second = self.start_again()
+        self.assertEqual(second.returncode, 1)
+        self.assertEqual(second.stderr, "vigilo: it is running already but does not answer.\n")
+
+    def test_its_actions_are_reached_over_the_bus(self):
+        self.act("toggleProtection")
+        self.assertEqual(self.power.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
+        self.act("nonsense")
+        self.act("toggleProtection")
+        self.assertEqual(self.power.stdout.readline(), "release 0\n")
+        self.act("quitApp")
+        self.assertEqual(self.first.wait(20), 0)
+
+    def test_the_place_is_free_when_it_has_ended(self):
+        self.first.terminate()
+        self.first.wait(20)
+        self.processes.start([VIGILO], env=self.variables)
+        wait_until(self.windows, "the window")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

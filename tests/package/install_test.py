@@ -1,0 +1,68 @@
+#!/usr/bin/python3
+"""What `cmake --install` puts into a folder, started from there. Usage: install_test.py BUILD"""
+
+import os
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.processes import Processes, environment, wait_until
+
+BUILD = sys.argv.pop(1)
+ID = "io.github.vigilo.Vigilo"
+
+
+class Install(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.root = folder.name
+        subprocess.run(
+            ["cmake", "--install", BUILD, "--prefix", cls.root], check=True, stdout=subprocess.DEVNULL
+        )
+
+    def path(self, name):
+        return os.path.join(self.root, name)
+
+    def test_the_program_and_its_helpers_are_there_and_may_be_run(self):
+        for name in ("bin/vigilo", *("libexec/vigilo/vigilo-" + helper for helper in ("authenticate", "guard", "lock"))):
+            self.assertTrue(os.stat(self.path(name)).st_mode & stat.S_IXOTH, name)
+        self.assertTrue(os.path.exists(self.path("libexec/vigilo/pam/common-auth/vigilo")))
+
+    def test_the_self_test_passes_from_there(self):
+        result = subprocess.run([self.path("bin/vigilo"), "--self-test"], stdout=subprocess.PIPE, check=False)
+        self.assertEqual((result.returncode, result.stdout), (0, b"SELF_TEST_PASS\n"))
+
+    def test_the_desktop_file_is_valid(self):
+        entry = self.path("share/applications/" + ID + ".desktop")
+        result = subprocess.run(
+            ["desktop-file-validate", entry], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False
+        )
+        self.assertEqual((result.returncode, result.stdout), (0, ""))
+
+    def test_it_runs_from_there_and_the_bus_is_told_where_it_is(self):
+        with VirtualDisplay() as display, SessionBus() as bus, Processes() as processes:
+            service = self.path("share/dbus-1/services/" + ID + ".service")
+            with open(service, encoding="utf-8") as file:
+                lines = dict(line.strip().split("=", 1) for line in file if "=" in line)
+            self.assertEqual(lines["Name"], ID)
+            self.assertTrue(lines["Exec"].endswith("/bin/vigilo"))
+            processes.start(
+                [self.path("bin/vigilo")],
+                env=environment(
+                    DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=bus.address,
+                    DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+                ),
+            )
+            wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

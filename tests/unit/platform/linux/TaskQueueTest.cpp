@@ -55,8 +55,10 @@ TEST(TaskQueue, letsATaskRunTheOnesBehindIt) {
 TEST(TaskQueue, takesTasksFromManyThreads) {
     TaskQueue queue;
     int runs = 0;
+    constexpr std::size_t threadCount = 4;
     std::vector<std::thread> threads;
-    for (int count = 0; count < 4; ++count) {
+    threads.reserve(threadCount);
+    for (std::size_t count = 0; count < threadCount; ++count) {
         threads.emplace_back([&] {
             for (int task = 0; task < 100; ++task) {
                 queue.push([&runs] { ++runs; });

@@ -17,19 +17,24 @@ namespace vigilo::platform {
 
 namespace {
 
-/// The window with the keyboard; else one that is shown.
+bool isCover(const QWindow& window) {
+    return window.isVisible() && (window.flags().testFlag(Qt::BypassWindowManagerHint) ||
+                                  window.windowState() == Qt::WindowFullScreen);
+}
+
+/// The cover with the keyboard, else the first one; without any, the window with the keyboard.
 QQuickView* host() {
-    if (auto* const focused = qobject_cast<QQuickView*>(QGuiApplication::focusWindow())) {
+    auto* const focused = qobject_cast<QQuickView*>(QGuiApplication::focusWindow());
+    if (focused != nullptr && isCover(*focused)) {
         return focused;
     }
     for (QWindow* const window : QGuiApplication::topLevelWindows()) {
         auto* const view = qobject_cast<QQuickView*>(window);
-        if (view != nullptr && view->isVisible() &&
-            view->flags().testFlag(Qt::FramelessWindowHint)) {
+        if (view != nullptr && isCover(*view)) {
             return view;
         }
     }
-    return nullptr;
+    return focused;
 }
 
 } // namespace

@@ -66,6 +66,13 @@ class PowerDriver:
                 pass  # closed meanwhile
         return {target for target in targets if "/inhibit/" in target}
 
+    def descriptors(self):
+        """How many it has open."""
+        return len(os.listdir("/proc/%d/fd" % self._process.pid))
+
+    def threads(self):
+        return len(os.listdir("/proc/%d/task" % self._process.pid))
+
     def start_child(self):
         self._tell("child")
 

@@ -186,6 +186,30 @@ class DesktopPower(unittest.TestCase):
         driver.release(number)
         wait_until(lambda: "release 0" in self.calls(), "the release")
 
+    def test_many_sessions_and_restarts_leave_nothing_behind(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        for _ in range(3):
+            driver.release(driver.create()[1])
+        wait_until(lambda: driver.threads() <= 3, "the threads of the requests to end")
+        before = driver.descriptors()
+        for _ in range(1000):
+            status, number = driver.create()
+            self.assertEqual(status, 0)
+            driver.release(number)
+        _, number = driver.create()
+        for _ in range(10):
+            end(service)
+            count = self.calls().count("AddInhibition 1 Vigilo -> 0")
+            service = self.service("plasma")
+            wait_until(
+                lambda already=count: self.calls().count("AddInhibition 1 Vigilo -> 0") > already,
+                "the lock to be taken again",
+            )
+        driver.release(number)
+        wait_until(lambda: driver.threads() <= 3, "the threads of the requests to end")
+        wait_until(lambda: driver.descriptors() <= before, "the connections to close")
+
     def test_nothing_is_asked_of_a_service_after_the_release(self):
         service = self.service("plasma")
         driver = self.driver()

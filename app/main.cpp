@@ -98,6 +98,7 @@ int runApplication(char* programName) {
     });
     const int status = applicationObject.run();
     delegate->applicationWillTerminate();
+    runLoop.discardPosted();
 
     // A scan that the kernel holds up, or a bus that does not answer, must not hold up the end of
     // the program; what they still use is never destroyed then.

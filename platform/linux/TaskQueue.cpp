@@ -34,4 +34,14 @@ void TaskQueue::runNext() {
     task();
 }
 
+void TaskQueue::clear() {
+    std::deque<Task> dropped; // destroyed without the lock, since a task may own anything
+    const std::lock_guard lock(mutex_);
+    dropped.swap(tasks_);
+    for (std::size_t count = dropped.size(); count > 0; --count) {
+        eventfd_t one = 0;
+        eventfd_read(waiting_.number(), &one);
+    }
+}
+
 } // namespace vigilo::platform

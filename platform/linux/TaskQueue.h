@@ -26,6 +26,9 @@ public:
     /// of its own does not hold up those behind it.
     void runNext();
 
+    /// Drops the tasks that wait, and with them what they own.
+    void clear();
+
 private:
     FileDescriptor waiting_; ///< a semaphore that counts the tasks
     std::mutex mutex_;

@@ -54,6 +54,10 @@ void QtRunLoop::runInBackground(Task task) {
     worker_.run(std::move(task));
 }
 
+void QtRunLoop::discardPosted() {
+    posted_.clear();
+}
+
 bool QtRunLoop::finishBackgroundWork(std::chrono::milliseconds limit) {
     return worker_.finish(limit);
 }

@@ -21,6 +21,9 @@ public:
     void post(Task task) override;
     void runInBackground(Task task) override;
 
+    /// Drops the posted tasks that have not run, while what they own can still be destroyed.
+    void discardPosted();
+
     /// Ends the background worker, as BackgroundWorker::finish() does.
     bool finishBackgroundWork(std::chrono::milliseconds limit);
 

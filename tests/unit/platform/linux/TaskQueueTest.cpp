@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -50,6 +51,17 @@ TEST(TaskQueue, letsATaskRunTheOnesBehindIt) {
     queue.push([&] { log += "b"; });
     queue.runNext();
     EXPECT_EQ(log, "ba");
+}
+
+TEST(TaskQueue, dropsWhatWaitsWithWhatItOwns) {
+    TaskQueue queue;
+    const auto owned = std::make_shared<int>(1);
+    queue.push([owned] {});
+    queue.push([owned] {});
+    queue.clear();
+    EXPECT_EQ(owned.use_count(), 1);
+    EXPECT_FALSE(isReadable(queue));
+    queue.runNext();
 }
 
 TEST(TaskQueue, takesTasksFromManyThreads) {

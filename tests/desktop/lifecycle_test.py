@@ -152,7 +152,14 @@ class OnADisplay(unittest.TestCase):
             self.assertEqual(service.stdout.readline(), "ready\n")
             process = self.start(DBUS_SESSION_BUS_ADDRESS=bus.address)
             self.wait_for_window(process)
-            self.display.click(windows_named(self.display.name, "Vigilo")[0], 360, 399)
+            window = windows_named(self.display.name, "Vigilo")[0]
+            self.display.settle()
+            # "Stay Visible", since the lock screen would take the key.
+            self.display.click(window, 470, 329)
+            self.display.settle()
+            self.display.key("Home", "Return")
+            self.display.settle()
+            self.display.click(window, 360, 399)
             self.assertEqual(service.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
             self.display.hold_key("Return", seconds=1.5)
             service.terminate()

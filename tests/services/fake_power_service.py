@@ -40,12 +40,23 @@ class Refusal(dbus.DBusException):
     pass
 
 
+def watch_holder(name):
+    """Says when a holder has left the bus; the bus bears only so many watches at a time."""
+
+    def notice(owner):
+        if not owner:
+            print("holder gone", flush=True)
+            watch.cancel()
+
+    watch = bus.watch_name_owner(name, notice)
+
+
 class Service(dbus.service.Object):
     cookies = 0
     refusals = 2 if ANSWER == "refuse-twice" else 0
 
     def take(self, text, sender, reply, error):
-        bus.watch_name_owner(sender, lambda owner: owner or print("holder gone", flush=True))
+        watch_holder(sender)
         if ANSWER == "hang":
             print(text, "...", flush=True)
             return
@@ -110,7 +121,7 @@ class PortalRequest(dbus.service.Object):
 class Portal(Service):
     @dbus.service.method(INTERFACE, in_signature="sua{sv}", out_signature="o", sender_keyword="sender")
     def Inhibit(self, _window, flags, options, sender):
-        bus.watch_name_owner(sender, lambda owner: owner or print("holder gone", flush=True))
+        watch_holder(sender)
         name = sender[1:].replace(".", "_")
         path = "/org/freedesktop/portal/desktop/request/%s/%s" % (name, options["handle_token"])
         request = PortalRequest(bus, path)

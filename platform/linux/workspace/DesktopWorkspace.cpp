@@ -1,53 +1,30 @@
 #include "platform/linux/workspace/DesktopWorkspace.h"
 
 #include "platform/linux/workspace/LockSettingsCommand.h"
+#include "platform/linux/workspace/SettingsProgram.h"
 
 #include <QProcess>
-#include <QStandardPaths>
 
 namespace vigilo::platform {
 
 namespace {
 
-QString installedPath(std::string_view program) {
-    return QStandardPaths::findExecutable(
-        QString::fromUtf8(program.data(), static_cast<qsizetype>(program.size())));
-}
-
-void start(const std::vector<std::string>& command) {
-    if (command.empty()) {
-        return;
-    }
-    QStringList arguments;
-    for (std::size_t index = 1; index < command.size(); ++index) {
-        arguments << QString::fromStdString(command[index]);
-    }
-    QProcess program;
-    program.setProgram(installedPath(command.front()));
-    program.setArguments(arguments);
-    program.setStandardInputFile(QProcess::nullDevice());
-    program.setStandardOutputFile(QProcess::nullDevice());
-    program.setStandardErrorFile(QProcess::nullDevice());
-    program.startDetached();
-}
-
 void startLockSettings(int gnomeVersion) {
-    start(lockSettingsCommand(
-        qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(),
-        [](std::string_view program) { return !installedPath(program).isEmpty(); }, gnomeVersion));
+    startSettings(lockSettingsCommand(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString(),
+                                      isInstalled, gnomeVersion));
 }
 
 } // namespace
 
 void DesktopWorkspace::openLockScreenSettings() {
-    const QString gnome = installedPath("gnome-control-center");
-    if (gnome.isEmpty()) {
+    constexpr auto gnome = "gnome-control-center";
+    if (!isInstalled(gnome)) {
         startLockSettings(0);
         return;
     }
     // Its version is asked for without waiting; the panel opens when the answer is there.
     auto* const question = new QProcess;
-    question->setProgram(gnome);
+    question->setProgram(QString::fromLatin1(gnome));
     question->setArguments({QStringLiteral("--version")});
     question->setStandardInputFile(QProcess::nullDevice());
     question->setStandardErrorFile(QProcess::nullDevice());

@@ -1,19 +1,11 @@
 #include "platform/linux/workspace/LockSettingsCommand.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
 
 namespace vigilo::platform {
 
 namespace {
-
-using Command = std::vector<std::string>;
-
-struct Row {
-    std::string_view desktop;
-    std::vector<Command> commands; ///< the first installed one serves
-};
 
 /// GNOME has moved its panel twice.
 Command gnomeCommand(int version) {
@@ -25,8 +17,13 @@ Command gnomeCommand(int version) {
                                                              : "lock"};
 }
 
-const std::vector<Row>& rows() {
-    static const std::vector<Row> table{
+} // namespace
+
+Command lockSettingsCommand(std::string_view currentDesktop,
+                            const std::function<bool(std::string_view)>& isInstalled,
+                            int gnomeVersion) {
+    const std::vector<DesktopCommands> table{
+        {"GNOME", {gnomeCommand(gnomeVersion)}},
         {"KDE",
          {{"systemsettings", "kcm_screenlocker"},
           {"systemsettings5", "kcm_screenlocker"},
@@ -40,36 +37,7 @@ const std::vector<Row>& rows() {
         {"X-Cinnamon", {{"cinnamon-settings", "screensaver"}}},
         {"LXQt", {{"xscreensaver-settings"}, {"lxqt-config"}}},
     };
-    return table;
-}
-
-} // namespace
-
-std::vector<std::string>
-lockSettingsCommand(std::string_view currentDesktop,
-                    const std::function<bool(std::string_view)>& isInstalled, int gnomeVersion) {
-    while (!currentDesktop.empty()) {
-        const std::size_t length = std::min(currentDesktop.find(':'), currentDesktop.size());
-        const std::string_view desktop = currentDesktop.substr(0, length);
-        currentDesktop.remove_prefix(std::min(length + 1, currentDesktop.size()));
-        if (desktop == "GNOME") {
-            Command command = gnomeCommand(gnomeVersion);
-            if (isInstalled(command.front())) {
-                return command;
-            }
-        }
-        for (const Row& row : rows()) {
-            if (row.desktop != desktop) {
-                continue;
-            }
-            for (const Command& command : row.commands) {
-                if (isInstalled(command.front())) {
-                    return command;
-                }
-            }
-        }
-    }
-    return {};
+    return settingsCommand(table, currentDesktop, isInstalled);
 }
 
 int gnomeVersion(std::string_view text) {

@@ -91,6 +91,15 @@ bool isExecutableFile(const fs::path& path) {
            access(path.c_str(), X_OK) == 0;
 }
 
+/// GLib does not find a program with a percent sign in its path, systemd's generator none with a
+/// backslash, however they are written; refusing them is better than a start that never comes.
+bool canEveryDesktopStart(std::string_view program) {
+    return std::none_of(program.begin(), program.end(), [](unsigned char character) {
+        constexpr unsigned char firstPrintable = ' ';
+        return character == '%' || character == '\\' || character < firstPrintable;
+    });
+}
+
 /// An error as the user is to read it: where, and what the system says.
 std::optional<std::string> described(const fs::path& path, const std::error_code& error) {
     if (!error) {
@@ -151,10 +160,12 @@ std::optional<std::string> XdgLoginItem::registerItem() {
     if (environment_.program.empty()) {
         return described("/proc/self/exe", missing);
     }
-    // Such a path cannot be written in an entry.
     if (!isUtf8(environment_.program)) {
         return described(environment_.program,
                          std::make_error_code(std::errc::illegal_byte_sequence));
+    }
+    if (!canEveryDesktopStart(environment_.program)) {
+        return described(environment_.program, std::make_error_code(std::errc::invalid_argument));
     }
     return described(userEntry_, replaceFile(userEntry_, autostartFile(environment_.program)));
 }

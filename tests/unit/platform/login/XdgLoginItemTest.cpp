@@ -136,10 +136,15 @@ TEST_F(XdgLoginItemTest, saysWhatIsInTheWay) {
     EXPECT_TRUE(fs::is_directory(entry));
 }
 
-TEST_F(XdgLoginItemTest, refusesAPathThatNoEntryCanHold) {
-    XdgLoginItem odd({.configHome = scratch.path() / "home", .program = "/opt/\xff/vigilo"});
-    EXPECT_EQ(odd.registerItem(),
+TEST_F(XdgLoginItemTest, refusesAPathThatSomeDesktopCannotStart) {
+    const auto refusal = [this](const char* odd) {
+        return XdgLoginItem({.configHome = scratch.path() / "home", .program = odd}).registerItem();
+    };
+    EXPECT_EQ(refusal("/opt/\xff/vigilo"),
               "/opt/\xff/vigilo: Invalid or incomplete multibyte or wide character");
+    EXPECT_EQ(refusal("/opt/100%/vigilo"), "/opt/100%/vigilo: Invalid argument");
+    EXPECT_EQ(refusal("/opt/a\\b/vigilo"), "/opt/a\\b/vigilo: Invalid argument");
+    EXPECT_EQ(refusal("/opt/a\nb/vigilo"), "/opt/a\nb/vigilo: Invalid argument");
     EXPECT_FALSE(fs::exists(entry));
 }
 

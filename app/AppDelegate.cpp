@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include "app/LaunchAtLogin.h"
+#include "app/Menus.h"
 #include "platform/Fatal.h"
 
 #include <array>
@@ -11,6 +13,7 @@ namespace vigilo {
 namespace {
 constexpr int contentWidth = 720;
 constexpr int contentHeight = 560;
+constexpr double statusItemLength = 30;
 constexpr platform::Colour windowBackground{.red = 0.035, .green = 0.045, .blue = 0.075};
 } // namespace
 
@@ -21,14 +24,23 @@ AppDelegate::AppDelegate(Environment environment)
 void AppDelegate::applicationDidFinishLaunching() {
     environment_.application.loadIcon();
     makeMainWindow();
+    environment_.menuBar.observe(menuRequests(&AppDelegate::rebuildMainMenu));
+    rebuildMainMenu();
+    makeStatusItem();
+    rebuildMenu();
     bindCallbacks();
-    environment_.screens.observe([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) {
-            self->screenParametersChanged();
-        }
-    });
+    environment_.screens.observe(weakly(&AppDelegate::screenParametersChanged));
     controller_->startAgentMonitoring();
     showWindow();
+}
+
+/// An action that does nothing once the delegate is gone.
+std::function<void()> AppDelegate::weakly(void (AppDelegate::*action)()) {
+    return [weak = weak_from_this(), action] {
+        if (const auto self = weak.lock()) {
+            (self.get()->*action)();
+        }
+    };
 }
 
 void AppDelegate::makeMainWindow() {
@@ -39,24 +51,51 @@ void AppDelegate::makeMainWindow() {
                                                .background = windowBackground,
                                                .content = "VigiloView",
                                                .model = view_.get()},
-                                              [weak = weak_from_this()] {
-                                                  if (const auto self = weak.lock()) {
-                                                      self->window().close();
-                                                  }
-                                              });
+                                              weakly(&AppDelegate::closeWindow));
+}
+
+void AppDelegate::makeStatusItem() {
+    statusItem_ =
+        environment_.statusBar.makeStatusItem({.length = statusItemLength,
+                                               .menu = menuRequests(&AppDelegate::rebuildMenu),
+                                               .onPressed = weakly(&AppDelegate::showWindow)});
+}
+
+/// Rebuilt when it opens too, since nobody tells when the login item changes outside.
+platform::MenuRequests AppDelegate::menuRequests(void (AppDelegate::*rebuild)()) {
+    return {.onAction =
+                [weak = weak_from_this()](const std::string& action) {
+                    if (const auto self = weak.lock()) {
+                        self->performAction(action);
+                    }
+                },
+            .onWillOpen = weakly(rebuild)};
+}
+
+void AppDelegate::rebuildMenu() {
+    if (!statusItem_) {
+        fatal("the status item is used before the launch has finished");
+    }
+    statusItem_->setMenu(statusMenu(*controller_, launchAtLoginMenuItem(environment_.loginItem)));
+    statusItem_->setImage(statusImage(*controller_));
+    statusItem_->setToolTip(statusToolTip(*controller_));
+}
+
+void AppDelegate::rebuildMainMenu() {
+    environment_.menuBar.setMainMenu(
+        mainMenu(*controller_, launchAtLoginMenuItem(environment_.loginItem)));
+    environment_.menuBar.setDockMenu(applicationDockMenu());
 }
 
 void AppDelegate::bindCallbacks() {
-    controller_->onAgentLockRequested = [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) {
-            self->showAgentLock();
-        }
+    controller_->onStateChange = [rebuildMenu = weakly(&AppDelegate::rebuildMenu),
+                                  rebuildMainMenu = weakly(&AppDelegate::rebuildMainMenu)] {
+        rebuildMenu();
+        rebuildMainMenu();
     };
-    controller_->onSessionEnded = [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) {
-            self->closePrivacyWindows();
-        }
-    };
+    controller_->onStatusRefresh = weakly(&AppDelegate::rebuildMenu);
+    controller_->onAgentLockRequested = weakly(&AppDelegate::showAgentLock);
+    controller_->onSessionEnded = weakly(&AppDelegate::closePrivacyWindows);
     // An expired Agent Lock must not leave the machine open, so the system's own lock takes over.
     controller_->onAgentLockExpired = [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
@@ -84,6 +123,10 @@ bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
     return true;
 }
 
+platform::Menu AppDelegate::applicationDockMenu() const {
+    return dockMenu(*controller_);
+}
+
 void AppDelegate::performAction(std::string_view name) {
     struct Row {
         std::string_view name;
@@ -91,10 +134,12 @@ void AppDelegate::performAction(std::string_view name) {
     };
     constexpr std::array rows{
         Row{"showWindow", &AppDelegate::showWindow},
+        Row{"showAbout", &AppDelegate::showAbout},
         Row{"toggleProtection", &AppDelegate::toggleProtection},
         Row{"agentLock", &AppDelegate::agentLock},
         Row{"appleLock", &AppDelegate::appleLock},
         Row{"openLockSettings", &AppDelegate::openLockSettings},
+        Row{"toggleLaunchAtLogin", &AppDelegate::toggleLaunchAtLogin},
         Row{"quitApp", &AppDelegate::quitApp},
     };
     for (const Row& row : rows) {
@@ -106,6 +151,11 @@ void AppDelegate::performAction(std::string_view name) {
 
 void AppDelegate::showWindow() {
     window().makeKeyAndOrderFront();
+    environment_.application.activateIgnoringOtherApps();
+}
+
+void AppDelegate::showAbout() {
+    environment_.application.orderFrontStandardAboutPanel();
     environment_.application.activateIgnoringOtherApps();
 }
 
@@ -133,6 +183,13 @@ void AppDelegate::openLockSettings() {
     controller_->openLockSettings();
 }
 
+void AppDelegate::toggleLaunchAtLogin() {
+    if (vigilo::toggleLaunchAtLogin(environment_.loginItem, environment_.controller.alerts)) {
+        rebuildMenu();
+        rebuildMainMenu();
+    }
+}
+
 void AppDelegate::showAgentLock() {
     // The new covers stand before the old ones go, so that nothing shows in between.
     auto replaced = std::exchange(privacyWindows_, {});
@@ -150,12 +207,7 @@ void AppDelegate::showAgentLock() {
 
 std::unique_ptr<PrivacyWindow> AppDelegate::makePrivacyWindow(const platform::Screen& screen) {
     return std::make_unique<PrivacyWindow>(
-        environment_.windows, screen, controller_,
-        [weak = weak_from_this()] {
-            if (const auto self = weak.lock()) {
-                self->authenticateAndUnlock();
-            }
-        },
+        environment_.windows, screen, controller_, weakly(&AppDelegate::authenticateAndUnlock),
         [weak = weak_from_this()] {
             if (const auto self = weak.lock()) {
                 self->closePrivacyWindows();
@@ -183,6 +235,10 @@ void AppDelegate::authenticateAndUnlock() {
                 }
             });
         });
+}
+
+void AppDelegate::closeWindow() {
+    window().close();
 }
 
 void AppDelegate::closePrivacyWindows() {

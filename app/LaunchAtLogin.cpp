@@ -4,20 +4,26 @@
 
 namespace vigilo {
 
+using platform::CheckState;
 using platform::LoginItemStatus;
+using platform::MenuItem;
 
-LaunchAtLoginMenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem) {
-    using CheckState = LaunchAtLoginMenuItem::CheckState;
+MenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem) {
+    MenuItem item{
+        .title = "Launch at Login", .action = "toggleLaunchAtLogin", .checkState = CheckState::off};
     switch (loginItem.status()) {
     case LoginItemStatus::enabled:
-        return {.title = "Launch at Login", .state = CheckState::on};
+        item.checkState = CheckState::on;
+        break;
     case LoginItemStatus::requiresApproval:
-        return {.title = "Launch at Login — Approval Required", .state = CheckState::mixed};
+        item.title = "Launch at Login — Approval Required";
+        item.checkState = CheckState::mixed;
+        break;
     case LoginItemStatus::notRegistered:
     case LoginItemStatus::notFound:
         break;
     }
-    return {.title = "Launch at Login", .state = CheckState::off};
+    return item;
 }
 
 bool toggleLaunchAtLogin(platform::LoginItem& loginItem, platform::Alerts& alerts) {

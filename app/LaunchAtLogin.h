@@ -2,24 +2,13 @@
 
 #include "platform/Alerts.h"
 #include "platform/LoginItem.h"
-
-#include <string>
+#include "platform/Menu.h"
 
 namespace vigilo {
 
-/// The menu item that shows whether the program starts at login. The state is the system's own and
-/// is asked for each time it is shown; nothing is kept here.
-struct LaunchAtLoginMenuItem {
-    enum class CheckState { off, on, mixed };
-
-    std::string title;
-    CheckState state = CheckState::off;
-
-    bool operator==(const LaunchAtLoginMenuItem&) const = default;
-};
-
-/// The menu item as it has to look now.
-LaunchAtLoginMenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem);
+/// The menu item that shows and switches whether the program starts at login. The state is the
+/// system's own and is asked for each time the item is made; nothing is kept here.
+platform::MenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem);
 
 /// Switches the start at login on or off. While the user's approval is wanted it only opens the
 /// settings where that is given. A failure is shown in an alert, which is waited for. True when the

@@ -6,6 +6,7 @@
 #include "platform/linux/guard/HelperLockGuard.h"
 #include "platform/linux/instance/ApplicationService.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
+#include "platform/linux/login/XdgLoginItem.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/processes/ProcfsProcessTable.h"
@@ -14,9 +15,11 @@
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtAuthenticator.h"
+#include "platform/qt/QtMenuBar.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/tray/QtStatusBar.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -51,14 +54,17 @@ int runApplication(char* programName) {
         std::fputs("vigilo: it is running already but does not answer.\n", stderr);
         return EXIT_FAILURE;
     }
-    platform::QtApplication qtApplication;
+    platform::QtMenuBar menuBar;
+    platform::QtWindows windows(menuBar.mainMenu());
+    platform::QtApplication qtApplication(windows);
     platform::QtRunLoop runLoop;
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());
     platform::DesktopSystemLock systemLock;
     platform::DesktopWorkspace workspace;
-    platform::QtAlerts alerts;
-    platform::QtWindows windows;
+    platform::QtAlerts alerts(windows);
+    platform::QtStatusBar statusBar(windows, platform::QtApplication::useActivationToken);
+    platform::XdgLoginItem loginItem(platform::autostartEnvironment());
     platform::QtScreens screens;
     platform::QtAuthenticator authenticator;
     platform::HelperLockGuard lockGuard;
@@ -71,6 +77,9 @@ int runApplication(char* programName) {
                        .alerts = alerts,
                        .readAgentProcesses = agentScan()},
         .application = qtApplication,
+        .menuBar = menuBar,
+        .statusBar = statusBar,
+        .loginItem = loginItem,
         .windows = windows,
         .screens = screens,
         .authenticator = authenticator,

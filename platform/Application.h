@@ -16,6 +16,9 @@ public:
     /// Whether the user has a window of the program before them, a cover included.
     virtual bool hasVisibleWindows() const = 0;
 
+    /// Shows the program's name, version and origin in the platform's usual way.
+    virtual void orderFrontStandardAboutPanel() = 0;
+
     /// Asks the event loop to end; the program then terminates in its usual order.
     virtual void terminate() = 0;
 };

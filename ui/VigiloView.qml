@@ -280,22 +280,4 @@ Item {
             color: Theme.secondary
         }
     }
-
-    Row {
-        anchors.right: parent.right
-        anchors.top: parent.top
-        anchors.margins: 6
-        spacing: 2
-
-        WindowButton {
-            text: "Minimise"
-            onClicked: view.Window.window.showMinimized()
-        }
-
-        WindowButton {
-            text: "Close"
-            crossed: true
-            onClicked: view.Window.window.close()
-        }
-    }
 }

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
@@ -50,14 +50,14 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
     // The Wayland library has a way of its own to tell that it cannot connect.
     wl_log_set_handler_client([](const char*, va_list) {});
     const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
-    application_ = std::make_unique<QApplication>(argumentCount_, arguments_.data());
+    application_ = std::make_unique<QGuiApplication>(argumentCount_, arguments_.data());
     qInstallMessageHandler(usual);
 }
 
 ApplicationObject::~ApplicationObject() = default;
 
 int ApplicationObject::run() {
-    return QApplication::exec();
+    return QGuiApplication::exec();
 }
 
 } // namespace vigilo::platform

@@ -3,7 +3,7 @@
 #include <array>
 #include <memory>
 
-class QApplication;
+class QGuiApplication;
 
 namespace vigilo::platform {
 
@@ -24,7 +24,7 @@ private:
     // The toolkit keeps references to both.
     int argumentCount_ = 1;
     std::array<char*, 2> arguments_;
-    std::unique_ptr<QApplication> application_;
+    std::unique_ptr<QGuiApplication> application_;
 };
 
 } // namespace vigilo::platform

@@ -8,6 +8,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QQuickItem>
+#include <QScreen>
 #include <QUrl>
 #include <QVariant>
 
@@ -28,10 +29,31 @@ ContentView::ContentView(QQmlEngine& engine, const std::string& content, QObject
     }
 }
 
+void ContentView::fitToContent() {
+    const QQuickItem& content = *rootObject();
+    const QSize size(qRound(content.implicitWidth()), qRound(content.implicitHeight()));
+    setMinimumSize(size);
+    setMaximumSize(size);
+    resize(size);
+}
+
+void ContentView::showInFront() {
+    if (!isVisible()) {
+        setPosition(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);
+    }
+    show();
+    raise();
+    requestActivate();
+}
+
 bool ContentView::event(QEvent* event) {
     if (event->type() == QEvent::Close) {
         event->ignore();
-        onCloseRequested_();
+        if (onCloseRequested_) {
+            onCloseRequested_();
+        } else {
+            hide();
+        }
         return true;
     }
     return QQuickView::event(event);

@@ -13,9 +13,15 @@ namespace vigilo::platform {
 class ContentView : public QQuickView {
 public:
     /// `content` and `model` as in WindowSpec. `onCloseRequested` is called when somebody wants it
-    /// closed. Content that cannot be made stops the process.
+    /// closed; null to have it hide then. Content that cannot be made stops the process.
     ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
                 const Colour& background, std::function<void()> onCloseRequested);
+
+    /// Takes the size that its content wants.
+    void fitToContent();
+
+    /// Shows it, in the middle of its display if it is hidden, and asks for the keyboard.
+    void showInFront();
 
 protected:
     bool event(QEvent* event) override;

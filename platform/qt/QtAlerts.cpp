@@ -1,6 +1,12 @@
 #include "platform/qt/QtAlerts.h"
 
-#include <QMessageBox>
+#include "platform/qt/ContentView.h"
+#include "platform/qt/QtWindows.h"
+#include "platform/qt/frame/AlertModel.h"
+
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QPointer>
 
 namespace vigilo::platform {
 
@@ -13,10 +19,30 @@ QString text(std::string_view utf8) {
 } // namespace
 
 void QtAlerts::warn(std::string_view message, std::string_view informativeText) {
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Vigilo"), text(message));
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(text(informativeText));
-    box.exec();
+    AlertModel model(text(message), text(informativeText));
+    const auto panel =
+        windows_.makePanel(QStringLiteral("Vigilo"), Qt::Dialog, "Frame/AlertPanel", &model);
+    // Modal to the window it came from only: a lock screen must never wait for it.
+    const QPointer<QWindow> parent = QGuiApplication::focusWindow();
+    const bool isFromOrdinaryWindow =
+        parent && !parent->flags().testFlag(Qt::BypassWindowManagerHint);
+    if (isFromOrdinaryWindow) {
+        panel->setTransientParent(parent);
+        panel->setModality(Qt::WindowModal);
+    }
+    QEventLoop untilDismissed;
+    QObject::connect(&model, &AlertModel::dismissed, &untilDismissed, &QEventLoop::quit);
+    QObject::connect(panel.get(), &QWindow::visibleChanged, &untilDismissed, [&](bool isVisible) {
+        if (!isVisible) {
+            untilDismissed.quit();
+        }
+    });
+    panel->showInFront();
+    untilDismissed.exec();
+    panel->hide();
+    if (isFromOrdinaryWindow && parent) {
+        parent->requestActivate();
+    }
 }
 
 } // namespace vigilo::platform

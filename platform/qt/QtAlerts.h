@@ -4,10 +4,17 @@
 
 namespace vigilo::platform {
 
-/// Warnings as message boxes of the toolkit.
+class QtWindows;
+
+/// Warnings as small windows in front of the others.
 class QtAlerts : public Alerts {
 public:
+    explicit QtAlerts(QtWindows& windows) : windows_(windows) {}
+
     void warn(std::string_view message, std::string_view informativeText) override;
+
+private:
+    QtWindows& windows_;
 };
 
 } // namespace vigilo::platform

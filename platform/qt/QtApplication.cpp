@@ -1,5 +1,8 @@
 #include "platform/qt/QtApplication.h"
 
+#include "platform/qt/ContentView.h"
+#include "platform/qt/QtWindows.h"
+
 #include <algorithm>
 
 #include <QEvent>
@@ -9,7 +12,8 @@
 
 namespace vigilo::platform {
 
-QtApplication::QtApplication() : signalNotifier_(signals_.descriptor(), QSocketNotifier::Read) {
+QtApplication::QtApplication(QtWindows& windows)
+    : signalNotifier_(signals_.descriptor(), QSocketNotifier::Read), windows_(windows) {
     connect(&signalNotifier_, &QSocketNotifier::activated, this, [this] {
         // Once is enough, and the byte stays unread: a second signal finds the loop ending anyway.
         signalNotifier_.setEnabled(false);
@@ -18,6 +22,8 @@ QtApplication::QtApplication() : signalNotifier_(signals_.descriptor(), QSocketN
     QGuiApplication::setQuitOnLastWindowClosed(false);
     qGuiApp->installEventFilter(this);
 }
+
+QtApplication::~QtApplication() = default;
 
 void QtApplication::loadIcon() {
     const QIcon icon(QStringLiteral(":/vigilo/Vigilo.svg"));
@@ -47,6 +53,14 @@ bool QtApplication::hasVisibleWindows() const {
     return std::any_of(windows.begin(), windows.end(), [](const QWindow* window) {
         return window->isVisible() && window->windowState() != Qt::WindowMinimized;
     });
+}
+
+void QtApplication::orderFrontStandardAboutPanel() {
+    if (!aboutPanel_) {
+        aboutPanel_ = windows_.makePanel(QStringLiteral("About Vigilo"), Qt::Dialog,
+                                         "Frame/AboutPanel", nullptr);
+    }
+    aboutPanel_->showInFront();
 }
 
 void QtApplication::useActivationToken(const std::string& token) {

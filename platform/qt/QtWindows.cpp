@@ -1,16 +1,21 @@
 #include "platform/qt/QtWindows.h"
 
+#include "platform/Fatal.h"
 #include "platform/qt/ContentView.h"
 #include "platform/qt/QtCover.h"
 #include "platform/qt/QtScreens.h"
+#include "platform/qt/frame/MenuModel.h"
 
 #include <utility>
 
 #include <QGuiApplication>
+#include <QQmlComponent>
 #include <QQmlExtensionPlugin>
+#include <QQuickItem>
 #include <QScreen>
 
 Q_IMPORT_QML_PLUGIN(VigiloPlugin)
+Q_IMPORT_QML_PLUGIN(Vigilo_FramePlugin)
 Q_IMPORT_QML_PLUGIN(Vigilo_PrivacyPlugin)
 
 namespace vigilo::platform {
@@ -48,7 +53,7 @@ private:
 
 } // namespace
 
-QtWindows::QtWindows() {
+QtWindows::QtWindows(MenuModel& mainMenu) : mainMenu_(mainMenu) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
@@ -62,7 +67,31 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
     view->setMinimumSize(size);
     view->setMaximumSize(size);
     view->resize(size);
+    addFrame(*view);
     return std::make_unique<QtWindow>(std::move(view));
+}
+
+std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::WindowFlags flags,
+                                                  const std::string& content, QObject* model) {
+    constexpr Colour ground{.red = 0.11, .green = 0.12, .blue = 0.16};
+    auto view = std::make_unique<ContentView>(engine_, content, model, ground, nullptr);
+    view->setFlags(flags | Qt::FramelessWindowHint);
+    view->setTitle(title);
+    view->fitToContent();
+    return view;
+}
+
+/// Puts the desktop's part of a window above its content.
+void QtWindows::addFrame(QQuickView& view) {
+    QQmlComponent component(&engine_,
+                            QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/Frame/WindowFrame.qml")));
+    auto* const frame = qobject_cast<QQuickItem*>(component.createWithInitialProperties(
+        {{QStringLiteral("parent"), QVariant::fromValue(view.contentItem())},
+         {QStringLiteral("mainMenu"), QVariant::fromValue(&mainMenu_)}}));
+    if (frame == nullptr) {
+        fatal("the frame of a window cannot be made");
+    }
+    frame->setParent(view.contentItem());
 }
 
 std::unique_ptr<Cover> QtWindows::makeCover(const CoverSpec& coverSpec) {

@@ -4,18 +4,32 @@
 
 #include <QQmlEngine>
 
+class QQuickView;
+
 namespace vigilo::platform {
+
+class ContentView;
+class MenuModel;
 
 /// Windows without the system's frame whose content is a QML type of the module "Vigilo".
 class QtWindows : public Windows {
 public:
-    QtWindows();
+    /// `mainMenu` is offered by the windows that makeWindow() makes.
+    explicit QtWindows(MenuModel& mainMenu);
 
     std::unique_ptr<Window> makeWindow(const WindowSpec& windowSpec,
                                        std::function<void()> onCloseRequested) override;
     std::unique_ptr<Cover> makeCover(const CoverSpec& coverSpec) override;
 
+    /// A small window of the size that its content wants, hidden at first; `content` and `model`
+    /// as in WindowSpec. It hides when it is closed.
+    std::unique_ptr<ContentView> makePanel(const QString& title, Qt::WindowFlags flags,
+                                           const std::string& content, QObject* model);
+
 private:
+    void addFrame(QQuickView& view);
+
+    MenuModel& mainMenu_;
     QQmlEngine engine_;
 };
 

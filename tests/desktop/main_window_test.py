@@ -77,6 +77,7 @@ class MainWindow(unittest.TestCase):
                 ("push button", "Screen mode"),
                 ("push button", "Start Awake Session"),
                 ("label", "Closed-lid use requires Apple’s external display and power setup."),
+                ("push button", "Main menu"),
                 ("push button", "Minimise"),
                 ("push button", "Close"),
             ],
@@ -85,7 +86,7 @@ class MainWindow(unittest.TestCase):
         self.assertEqual(self.value("Screen mode"), "Agent Lock")
 
     def test_tab_goes_round_every_control(self):
-        for name in ("Minimise", "Close", "Awake duration", "Screen mode", "Start Awake Session"):
+        for name in ("Main menu", "Minimise", "Close", "Awake duration", "Screen mode", "Start Awake Session"):
             self.press("Tab", then_focused=name)
         for name in ("Screen mode", "Awake duration", "Close"):
             self.press("shift+Tab", then_focused=name)

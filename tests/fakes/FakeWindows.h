@@ -146,6 +146,7 @@ public:
     void loadIcon() override { log_.emplace_back("icon"); }
     void activateIgnoringOtherApps() override { log_.emplace_back("activate"); }
     bool hasVisibleWindows() const override { return hasVisible; }
+    void orderFrontStandardAboutPanel() override { log_.emplace_back("about"); }
     void terminate() override { log_.emplace_back("terminate"); }
 
     bool hasVisible = false;

@@ -4,13 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 namespace vigilo {
 namespace {
 
+using platform::CheckState;
 using platform::LoginItemStatus;
-using CheckState = LaunchAtLoginMenuItem::CheckState;
 using Calls = std::vector<std::string>;
 using Shown = std::vector<fakes::FakeAlerts::Alert>;
 
@@ -26,16 +27,24 @@ protected:
 };
 
 TEST_F(LaunchAtLogin, isCheckedWhenEnabledAndMixedWhileApprovalIsWanted) {
-    const std::vector<std::pair<LoginItemStatus, LaunchAtLoginMenuItem>> cases{
-        {LoginItemStatus::notRegistered, {"Launch at Login", CheckState::off}},
-        {LoginItemStatus::enabled, {"Launch at Login", CheckState::on}},
-        {LoginItemStatus::requiresApproval,
-         {"Launch at Login \u2014 Approval Required", CheckState::mixed}},
-        {LoginItemStatus::notFound, {"Launch at Login", CheckState::off}},
+    struct Case {
+        LoginItemStatus status;
+        std::string title;
+        CheckState checkState;
     };
-    for (const auto& [status, item] : cases) {
-        loginItem.current = status;
-        EXPECT_EQ(launchAtLoginMenuItem(loginItem), item) << static_cast<int>(status);
+    const std::vector<Case> cases{
+        {LoginItemStatus::notRegistered, "Launch at Login", CheckState::off},
+        {LoginItemStatus::enabled, "Launch at Login", CheckState::on},
+        {LoginItemStatus::requiresApproval, "Launch at Login \u2014 Approval Required",
+         CheckState::mixed},
+        {LoginItemStatus::notFound, "Launch at Login", CheckState::off},
+    };
+    for (const Case& one : cases) {
+        loginItem.current = one.status;
+        EXPECT_EQ(launchAtLoginMenuItem(loginItem),
+                  (platform::MenuItem{.title = one.title,
+                                      .action = "toggleLaunchAtLogin",
+                                      .checkState = one.checkState}));
     }
     EXPECT_EQ(loginItem.calls, Calls{});
 }

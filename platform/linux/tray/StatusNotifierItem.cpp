@@ -1,0 +1,81 @@
+#include "platform/linux/tray/StatusNotifierItem.h"
+
+#include <utility>
+
+#include <QDBusMessage>
+#include <QLatin1StringView>
+
+namespace vigilo::platform {
+
+namespace {
+/// Where panels look when an item is registered by the name of its connection.
+constexpr QLatin1StringView itemPath("/StatusNotifierItem");
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, const QString& menuPath,
+                                       Requests requests)
+    : bus_(std::move(bus)), menuPath_(menuPath), requests_(std::move(requests)) {
+    registerStatusNotifierTypes();
+    new StatusNotifierAdaptor(*this);
+    bus_.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    bus_.unregisterObject(itemPath);
+}
+
+void StatusNotifierItem::setIcon(const Icon& icon) {
+    const bool isSame = icon.name == icon_.name && icon.pixmaps == icon_.pixmaps;
+    icon_ = icon;
+    if (!isSame) {
+        send(QStringLiteral("NewIcon"));
+    }
+}
+
+void StatusNotifierItem::setToolTip(const QString& toolTip) {
+    if (toolTip != std::exchange(toolTip_, toolTip)) {
+        send(QStringLiteral("NewToolTip"));
+    }
+}
+
+void StatusNotifierItem::press() const {
+    requests_.onPressed();
+}
+
+void StatusNotifierItem::useActivationToken(const QString& token) const {
+    requests_.onActivationToken(token.toStdString());
+}
+
+void StatusNotifierItem::send(const QString& signal) {
+    bus_.send(
+        QDBusMessage::createSignal(itemPath, QStringLiteral("org.kde.StatusNotifierItem"), signal));
+}
+
+StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)
+    : QDBusAbstractAdaptor(&item), item_(item) {}
+
+StatusToolTip StatusNotifierAdaptor::toolTip() const {
+    return {.iconName = {}, .pixmaps = {}, .title = item_.toolTip(), .text = {}};
+}
+
+void StatusNotifierAdaptor::Activate(int, int) {
+    item_.press();
+}
+
+void StatusNotifierAdaptor::SecondaryActivate(int, int) {
+    item_.press();
+}
+
+void StatusNotifierAdaptor::ContextMenu(int, int) {
+    // Panels show the exported menu themselves.
+}
+
+void StatusNotifierAdaptor::Scroll(int, const QString&) {
+    // There is nothing to go through.
+}
+
+void StatusNotifierAdaptor::ProvideXdgActivationToken(const QString& token) {
+    item_.useActivationToken(token);
+}
+
+} // namespace vigilo::platform

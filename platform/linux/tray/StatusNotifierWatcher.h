@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+
+namespace vigilo::platform {
+
+/// Has an item shown by whatever panel hosts such items now, and by every one that comes after it.
+/// Asks over the bus without ever waiting. Main thread.
+class StatusNotifierWatcher : public QObject {
+    Q_OBJECT
+
+public:
+    /// `onHostedChanged` hears, from the event loop, whether a panel shows the item, and first of
+    /// all what is so at the start.
+    StatusNotifierWatcher(QDBusConnection bus, std::function<void(bool)> onHostedChanged);
+
+private Q_SLOTS:
+    void hostRegistered();
+
+private:
+    void ownerChanged(bool isOwned);
+    void askForHost();
+    void registerItem();
+    void report(bool isHosted);
+
+    QDBusConnection bus_;
+    std::function<void(bool)> onHostedChanged_;
+    QDBusServiceWatcher owner_;
+    int generation_ = 0; ///< answers of a watcher that is gone count no longer
+};
+
+} // namespace vigilo::platform

@@ -1,0 +1,86 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Vigilo.Frame
+
+// The lines of a menu, chosen with the pointer or the keyboard.
+FocusScope {
+    id: lines
+
+    required property MenuModel menu
+    required property string title
+
+    // The line that Return chooses; -1 for none.
+    property int currentIndex: -1
+
+    signal dismissed
+
+    // Nothing is chosen at first; the keyboard begins at an end.
+    function begin() {
+        lines.currentIndex = -1;
+        lines.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    function choose(row: int) {
+        if (lines.menu.isSelectable(row)) {
+            lines.menu.trigger(row);
+            lines.dismissed();
+        }
+    }
+
+    function step(direction: int) {
+        const from = lines.currentIndex < 0 && direction < 0 ? rows.count : lines.currentIndex;
+        lines.currentIndex = lines.menu.nextSelectable(from, direction);
+    }
+
+    implicitWidth: 252
+    implicitHeight: column.implicitHeight
+    Accessible.role: Accessible.PopupMenu
+    Accessible.name: title
+
+    onVisibleChanged: {
+        if (visible) {
+            lines.begin();
+        }
+    }
+
+    Keys.onUpPressed: lines.step(-1)
+    Keys.onDownPressed: lines.step(1)
+    Keys.onTabPressed: lines.step(1)
+    Keys.onBacktabPressed: lines.step(-1)
+    Keys.onReturnPressed: lines.choose(lines.currentIndex)
+    Keys.onEnterPressed: lines.choose(lines.currentIndex)
+    Keys.onSpacePressed: lines.choose(lines.currentIndex)
+    Keys.onEscapePressed: lines.dismissed()
+    Keys.onPressed: event => {
+        // Home and End go to the ends, a letter to the next line that begins with it.
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+            const isHome = event.key === Qt.Key_Home;
+            lines.currentIndex = lines.menu.nextSelectable(isHome ? -1 : rows.count, isHome ? 1 : -1);
+            event.accepted = true;
+        } else if (event.text.length === 1 && event.text > " ") {
+            const found = lines.menu.nextBeginningWith(event.text, lines.currentIndex);
+            lines.currentIndex = found < 0 ? lines.currentIndex : found;
+            event.accepted = true;
+        }
+    }
+
+    Column {
+        id: column
+
+        width: parent.width
+
+        Repeater {
+            id: rows
+
+            model: lines.menu
+
+            MenuRow {
+                width: lines.width
+                isCurrent: index === lines.currentIndex
+                onEntered: lines.currentIndex = index
+                onPressed: lines.choose(index)
+            }
+        }
+    }
+}

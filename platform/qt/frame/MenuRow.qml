@@ -1,0 +1,95 @@
+import QtQuick
+import Vigilo
+import Vigilo.Frame
+
+// One line of a menu.
+Item {
+    id: row
+
+    required property int index
+    required property string title
+    required property string keys
+    required property bool isSelectable
+    required property bool isSeparator
+    required property int check
+    required property bool isCurrent
+
+    signal entered
+    signal pressed
+
+    height: isSeparator ? 9 : 28
+    Accessible.role: isSeparator ? Accessible.Separator : isSelectable ? Accessible.MenuItem : Accessible.StaticText
+    Accessible.name: title
+    Accessible.description: keys
+    Accessible.focusable: isSelectable
+    Accessible.focused: isCurrent
+    Accessible.checkable: check !== MenuModel.NotCheckable
+    Accessible.checked: check === MenuModel.On
+    Accessible.onPressAction: row.pressed()
+
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        x: 10
+        width: parent.width - 20
+        height: 1
+        color: Theme.white(0.12)
+        visible: row.isSeparator
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 7
+        color: area.pressed ? Qt.darker(Theme.blue, 1.2) : Theme.blue
+        visible: row.isCurrent && row.isSelectable
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onEntered: row.entered()
+        onClicked: row.pressed()
+    }
+
+    SymbolIcon {
+        anchors.verticalCenter: parent.verticalCenter
+        x: 10
+        width: 12
+        height: 12
+        name: "checkmark"
+        visible: row.check === MenuModel.On
+    }
+
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        x: 11
+        width: 10
+        height: 2
+        radius: 1
+        visible: row.check === MenuModel.Mixed
+    }
+
+    Label {
+        anchors.verticalCenter: parent.verticalCenter
+        x: 30
+        width: parent.width - 30 - keysLabel.width - 20
+        text: row.title
+        rounded: true
+        font.weight: row.isSelectable ? Font.DemiBold : Font.Medium
+        color: row.isSelectable ? Theme.primary : Theme.secondary
+    }
+
+    Label {
+        id: keysLabel
+
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        text: row.keys
+        size: 12
+        rounded: true
+        font.weight: Font.Medium
+        color: row.isCurrent && row.isSelectable ? Theme.primary : Theme.secondary
+    }
+}

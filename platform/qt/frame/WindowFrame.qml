@@ -1,0 +1,82 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Window
+import Vigilo.Frame
+
+// What a window has of its desktop when it has no frame of the system's: the main menu with its key
+// equivalents, and the buttons to minimise and to close.
+Item {
+    id: frame
+
+    required property MenuModel mainMenu
+
+    // Made when it is first wanted.
+    function openMenu() {
+        if (!menuLoader.item) {
+            menuLoader.setSource("MenuPopup.qml", {
+                parent: frame,
+                menu: frame.mainMenu,
+                title: "Vigilo"
+            });
+        }
+        (menuLoader.item as MenuPopup).open();
+    }
+
+    anchors.fill: parent
+
+    Repeater {
+        model: frame.mainMenu
+
+        Item {
+            id: line
+
+            required property int index
+            required property string keys
+            required property bool isSelectable
+
+            Shortcut {
+                sequence: line.keys
+                enabled: line.isSelectable && line.keys !== ""
+                onActivated: frame.mainMenu.trigger(line.index)
+            }
+        }
+    }
+
+    Shortcut {
+        sequences: ["F10", "Shift+F10", "Menu"]
+        onActivated: frame.openMenu()
+    }
+
+    Row {
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: 6
+        spacing: 2
+
+        WindowButton {
+            id: menuButton
+
+            text: "Main menu"
+            sign: WindowButton.Lines
+            Accessible.role: Accessible.ButtonMenu
+            onClicked: frame.openMenu()
+        }
+
+        WindowButton {
+            text: "Minimise"
+            sign: WindowButton.Line
+            onClicked: frame.Window.window.showMinimized()
+        }
+
+        WindowButton {
+            text: "Close"
+            sign: WindowButton.Cross
+            onClicked: frame.Window.window.close()
+        }
+    }
+
+    Loader {
+        id: menuLoader
+    }
+}

@@ -1,0 +1,17 @@
+#include "platform/qt/tray/QtStatusBar.h"
+
+#include "platform/qt/tray/QtStatusItem.h"
+
+#include <utility>
+
+namespace vigilo::platform {
+
+QtStatusBar::QtStatusBar(QtWindows& windows,
+                         std::function<void(const std::string&)> onActivationToken)
+    : windows_(windows), onActivationToken_(std::move(onActivationToken)) {}
+
+std::unique_ptr<StatusItem> QtStatusBar::makeStatusItem(StatusItemSpec spec) {
+    return std::make_unique<QtStatusItem>(std::move(spec), windows_, onActivationToken_);
+}
+
+} // namespace vigilo::platform

@@ -1,0 +1,156 @@
+#include "platform/qt/tray/TrayManager.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, Free>;
+
+xcb_connection_t* connection() {
+    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return application == nullptr ? nullptr : application->connection();
+}
+
+xcb_atom_t atom(std::string_view name) {
+    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection(),
+        xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+const xcb_screen_t& screen() {
+    return *xcb_setup_roots_iterator(xcb_get_setup(connection())).data;
+}
+
+constexpr std::uint32_t requestDock = 0; // SYSTEM_TRAY_REQUEST_DOCK
+constexpr std::uint8_t translucentDepth = 32;
+
+} // namespace
+
+TrayManager::TrayManager(std::function<void()> onChanged)
+    : onChanged_(std::move(onChanged)), selection_(atom("_NET_SYSTEM_TRAY_S0")),
+      manager_(atom("MANAGER")) {
+    qGuiApp->installNativeEventFilter(this);
+    look();
+}
+
+TrayManager::~TrayManager() {
+    qGuiApp->removeNativeEventFilter(this);
+}
+
+bool TrayManager::isPossible() {
+    return connection() != nullptr;
+}
+
+void TrayManager::look() {
+    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection(), xcb_get_selection_owner(connection(), selection_), nullptr));
+    tray_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
+    if (tray_ != XCB_WINDOW_NONE) {
+        // Its end is to be heard of.
+        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(connection(), tray_, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(connection());
+    }
+}
+
+bool TrayManager::isTranslucent() const {
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection(),
+        xcb_get_property(connection(), 0, tray_, atom("_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID,
+                         0, 1),
+        nullptr));
+    if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_visualid_t)) {
+        return false;
+    }
+    const auto wanted = *static_cast<const xcb_visualid_t*>(xcb_get_property_value(reply.get()));
+    for (auto depth = xcb_screen_allowed_depths_iterator(&screen()); depth.rem > 0;
+         xcb_depth_next(&depth)) {
+        for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem > 0;
+             xcb_visualtype_next(&visual)) {
+            if (visual.data->visual_id == wanted) {
+                return depth.data->depth == translucentDepth;
+            }
+        }
+    }
+    return false;
+}
+
+void TrayManager::dock(std::uint32_t window) const {
+    // By the XEmbed specification: version 0, and it wants to be mapped.
+    const xcb_atom_t information = atom("_XEMBED_INFO");
+    const std::array<std::uint32_t, 2> values{0, 1};
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, information, information, 32,
+                        values.size(), values.data());
+    xcb_client_message_event_t request{};
+    request.response_type = XCB_CLIENT_MESSAGE;
+    request.format = 32;
+    request.window = tray_;
+    request.type = atom("_NET_SYSTEM_TRAY_OPCODE");
+    request.data.data32[0] = XCB_CURRENT_TIME;
+    request.data.data32[1] = requestDock;
+    request.data.data32[2] = window;
+    xcb_send_event(connection(), 0, tray_, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&request));
+    xcb_flush(connection());
+}
+
+QColor TrayManager::colourBehind(std::uint32_t window) {
+    // The server paints the parent's background into the window, and tells what it has painted.
+    const std::uint32_t parentsOwn = XCB_BACK_PIXMAP_PARENT_RELATIVE;
+    xcb_change_window_attributes(connection(), window, XCB_CW_BACK_PIXMAP, &parentsOwn);
+    xcb_clear_area(connection(), 0, window, 0, 0, 1, 1);
+    const ReplyPointer<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        connection(),
+        xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
+    QRgb pixel = 0;
+    if (image && xcb_get_image_data_length(image.get()) >= static_cast<int>(sizeof pixel)) {
+        std::memcpy(&pixel, xcb_get_image_data(image.get()), sizeof pixel);
+    }
+    return QColor::fromRgb(pixel);
+}
+
+bool TrayManager::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+    bool isChanged = false;
+    switch (event->response_type & 0x7F) {
+    case XCB_CLIENT_MESSAGE: {
+        const auto* const news = reinterpret_cast<const xcb_client_message_event_t*>(event);
+        isChanged = news->type == manager_ && news->data.data32[1] == selection_;
+        break;
+    }
+    case XCB_DESTROY_NOTIFY:
+        isChanged = tray_ != XCB_WINDOW_NONE &&
+                    reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window == tray_;
+        break;
+    default:
+        break;
+    }
+    if (isChanged) {
+        look();
+        onChanged_();
+    }
+    return false;
+}
+
+} // namespace vigilo::platform

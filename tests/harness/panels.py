@@ -1,0 +1,117 @@
+"""Real panels that show status items, and what can be read of an item over the session bus."""
+
+import os
+
+import dbus
+
+from .processes import environment, wait_until
+
+WATCHER = "org.kde.StatusNotifierWatcher"
+PROPERTIES = "org.freedesktop.DBus.Properties"
+XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
+
+XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="28"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray">
+      <property name="square-icons" type="bool" value="true"/>
+    </property>
+  </property>
+</channel>
+"""
+
+
+class XfcePanel:
+    """xfce4-panel with nothing but its place for status items, at the top of a display."""
+
+    def __init__(self, processes, display, bus):
+        self._processes = processes
+        home = os.path.join(bus.folder, "xfce")
+        channels = os.path.join(home, "xfce4/xfconf/xfce-perchannel-xml")
+        os.makedirs(channels)
+        with open(os.path.join(channels, "xfce4-panel.xml"), "w", encoding="utf-8") as file:
+            file.write(XFCE_PANEL)
+        self._environment = environment(
+            DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=bus.address,
+            HOME=home, XDG_CONFIG_HOME=home, XDG_CACHE_HOME=home, XDG_RUNTIME_DIR=home, SESSION_MANAGER=None,
+        )
+        os.chmod(home, 0o700)
+        processes.start([XFCONFD], env=self._environment)
+
+    def start(self):
+        return self._processes.start(["xfce4-panel", "--disable-wm-check"], env=self._environment)
+
+
+class StatusItem:
+    """The one status item that a panel of a session bus hosts, as the panel sees it."""
+
+    def __init__(self, address):
+        self.bus = dbus.bus.BusConnection(address)
+
+    def _object(self, name, path, interface):
+        return dbus.Interface(self.bus.get_object(name, path, introspect=False), interface)
+
+    def registered(self):
+        """The names of the items that the panel hosts; empty without a panel."""
+        if not self.bus.name_has_owner(WATCHER):
+            return []
+        try:
+            properties = self._object(WATCHER, "/StatusNotifierWatcher", PROPERTIES)
+            return [str(item) for item in properties.Get(WATCHER, "RegisteredStatusNotifierItems")]
+        except dbus.DBusException:
+            return []  # it has just ended
+
+    def wait_for(self):
+        return wait_until(self.registered, "the status item")[0]
+
+    def properties(self):
+        name, path = self.wait_for().split("/", 1)
+        return self._object(name, "/" + path, PROPERTIES).GetAll("org.kde.StatusNotifierItem")
+
+    def activate(self):
+        name, path = self.wait_for().split("/", 1)
+        self._object(name, "/" + path, "org.kde.StatusNotifierItem").Activate(0, 0)
+
+    def menu(self):
+        return ExportedMenu(self.bus, self.wait_for().split("/", 1)[0], str(self.properties()["Menu"]))
+
+
+class ExportedMenu:
+    """A menu on the bus."""
+
+    def __init__(self, bus, name, path):
+        self._menu = dbus.Interface(bus.get_object(name, path, introspect=False), "com.canonical.dbusmenu")
+
+    def lines(self):
+        """Each line's number and properties, as the panel reads them."""
+        _, root = self._menu.GetLayout(0, -1, dbus.Array([], signature="s"))
+        return [(int(line[0]), dict(line[1])) for line in root[2]]
+
+    def titles(self):
+        return [str(line.get("label", "-")) for _, line in self.lines()]
+
+    def number(self, title):
+        return next(number for number, line in self.lines() if line.get("label") == title)
+
+    def about_to_show(self):
+        return bool(self._menu.AboutToShow(0))
+
+    def click(self, title):
+        self.happen(self.number(title), "clicked")
+
+    def happen(self, number, event):
+        self._menu.Event(dbus.Int32(number), event, dbus.String("", variant_level=1), dbus.UInt32(0))
+
+    def call(self, method, *arguments):
+        return getattr(self._menu, method)(*arguments)

@@ -34,7 +34,17 @@ class Install(unittest.TestCase):
     def test_the_program_and_its_helpers_are_there_and_may_be_run(self):
         for name in ("bin/vigilo", *("libexec/vigilo/vigilo-" + helper for helper in ("authenticate", "guard", "lock"))):
             self.assertTrue(os.stat(self.path(name)).st_mode & stat.S_IXOTH, name)
-        self.assertTrue(os.path.exists(self.path("libexec/vigilo/pam/common-auth/vigilo")))
+        for name in ("libexec/vigilo/pam/common-auth/vigilo", "etc/pam.d/vigilo"):
+            self.assertTrue(os.path.exists(self.path(name)), name)
+
+    def test_the_systems_own_programs_are_configured_outside_of_their_prefix(self):
+        with tempfile.TemporaryDirectory() as stage:
+            subprocess.run(
+                ["cmake", "--install", BUILD, "--prefix", "/usr"],
+                check=True, stdout=subprocess.DEVNULL, env=environment(DESTDIR=stage),
+            )
+            self.assertEqual(sorted(os.listdir(stage)), ["etc", "usr"])
+            self.assertEqual(os.listdir(os.path.join(stage, "etc/pam.d")), ["vigilo"])
 
     def test_the_self_test_passes_from_there(self):
         result = subprocess.run([self.path("bin/vigilo"), "--self-test"], stdout=subprocess.PIPE, check=False)
@@ -53,7 +63,7 @@ class Install(unittest.TestCase):
             with open(service, encoding="utf-8") as file:
                 lines = dict(line.strip().split("=", 1) for line in file if "=" in line)
             self.assertEqual(lines["Name"], ID)
-            self.assertTrue(lines["Exec"].endswith("/bin/vigilo"))
+            self.assertEqual(lines["Exec"], self.path("bin/vigilo"))
             processes.start(
                 [self.path("bin/vigilo")],
                 env=environment(

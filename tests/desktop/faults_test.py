@@ -1,0 +1,308 @@
+#!/usr/bin/python3
+"""The program while what it stands on fails: its session stays true, its window answers, and nothing is
+left behind. Usage: faults_test.py VIGILO HUNG_SCAN_SHIM"""
+
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+import dbus
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.pictures import Picture
+from harness.processes import Processes, environment, wait_until
+
+VIGILO, HUNG_SCAN_SHIM = sys.argv[1:3]
+del sys.argv[1:3]
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/restarting_power_service.py")
+ID = "io.github.vigilo.Vigilo"
+RESTARTS, SESSIONS = 100, 1000
+# How many of each the allocators need until they have most of what they keep for themselves.
+RESTARTS_BEFORE, SESSIONS_BEFORE = 10, 500
+# What they may still add after that, in KiB: half of one for a session.
+MEMORY_ALLOWANCE = 512
+NOBODY = "65534"
+
+
+class PowerService:
+    """Plasma's power service, and what the program holds of it."""
+
+    def __init__(self, folder, processes, variables):
+        self._log_path = os.path.join(folder, "log")
+        with open(self._log_path, "w", encoding="utf-8") as log:
+            self._process = processes.start(
+                ["/usr/bin/python3", SERVICE, "plasma", "grant"],
+                env=variables, stdin=subprocess.PIPE, stdout=log,
+            )
+        wait_until(lambda: self.starts() == 1, "the power service")
+
+    def _lines(self):
+        with open(self._log_path, encoding="utf-8") as log:
+            # Whole lines only: the last one may be half written.
+            return log.read().rpartition("\n")[0].splitlines()
+
+    def starts(self):
+        return self._lines().count("ready")
+
+    def takes(self):
+        """How often a lock was taken so far."""
+        return sum(line.startswith("AddInhibition") for line in self._lines())
+
+    def restart(self):
+        """Kills it and starts it anew."""
+        before = self.starts()
+        self._process.stdin.write(b"again\n")
+        self._process.stdin.flush()
+        wait_until(lambda: self.starts() > before, "the power service")
+
+    def held(self):
+        """The cookies that are held of the service that runs now; each of them begins at 0."""
+        cookies = set()
+        for line in self._lines():
+            if line == "ready":
+                cookies.clear()
+            elif line.startswith("AddInhibition"):
+                cookies.add(line.split()[-1])
+            elif line.startswith("release"):
+                cookies.remove(line.split()[-1])
+        return cookies
+
+    def wait_until_held(self):
+        wait_until(lambda: len(self.held()) == 1, "the lock")
+
+    def wait_until_released(self):
+        wait_until(lambda: not self.held(), "the release")
+
+    def stop(self):
+        self._process.stdin.close()
+        self._process.wait()
+
+
+class Faults(unittest.TestCase):
+    def setUp(self):
+        self.folder = self.enter(tempfile.TemporaryDirectory(prefix="vigilo-faults-"))
+        self.display = self.enter(VirtualDisplay())
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.variables = environment(
+            DISPLAY=self.display.name,
+            WAYLAND_DISPLAY=None,
+            DBUS_SESSION_BUS_ADDRESS=self.bus.address,
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+            XDG_RUNTIME_DIR=self.folder,
+        )
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return manager if value is None else value
+
+    def power_service(self):
+        service = PowerService(self.folder, self.processes, self.variables)
+        self.addCleanup(service.stop)
+        return service
+
+    def start(self, command=(), **variables):
+        """The program with its window shown, behind another command where there is one."""
+        self.program = self.processes.start([*command, VIGILO], env=self.variables | variables)
+        self.window = wait_until(self.windows, "the window")[0]
+        self.display.settle()
+
+    def windows(self):
+        return windows_named(self.display.name, "Vigilo")
+
+    def act(self, action):
+        """Calls an action of the program over the bus."""
+        connection = dbus.bus.BusConnection(self.bus.address)
+        try:
+            connection.call_blocking(
+                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
+                (action, [], {}),
+            )
+        finally:
+            connection.close()
+
+    def shows_a_session(self):
+        """Whether the point before the window's state is green."""
+        left, top = self.display.position(self.window)
+        red, green, blue = Picture(self.display.picture(), origin=(left, top)).colour(561, 46)
+        return green > 150 and red < 100 and blue < 150
+
+    def begin_session(self, service):
+        self.assertFalse(self.shows_a_session())
+        self.act("toggleProtection")
+        service.wait_until_held()
+        wait_until(self.shows_a_session, "the session in the window")
+
+    def press_the_button(self):
+        self.display.click(self.window, 360, 379)
+
+    def end_in_order(self):
+        self.program.terminate()
+        self.assertEqual(self.program.wait(20), 0)
+
+    def has(self):
+        """How many descriptors, threads and children the program has."""
+        folder = "/proc/%d" % self.program.pid
+        children = 0
+        threads = os.listdir(folder + "/task")
+        for thread in threads:
+            try:
+                with open("%s/task/%s/children" % (folder, thread), encoding="utf-8") as file:
+                    children += len(file.read().split())
+            except FileNotFoundError:
+                pass  # ended meanwhile
+        return len(os.listdir(folder + "/fd")), len(threads), children
+
+    def is_at_rest(self):
+        """Whether what it has stays the same for a moment."""
+        before = self.has()
+        time.sleep(1)
+        return self.has() == before
+
+    def memory(self):
+        """What only the program uses, in KiB."""
+        with open("/proc/%d/smaps_rollup" % self.program.pid, encoding="utf-8") as file:
+            return next(int(line.split()[1]) for line in file if line.startswith("Private_Dirty:"))
+
+    def wait_until_as_before(self, before):
+        """Connections and threads end behind the back of whoever needs them no more."""
+        wait_until(lambda: all(now <= then for now, then in zip(self.has(), before)), "what is left to go")
+
+    def test_a_power_service_killed_a_hundred_times_leaves_the_session_and_nothing_behind(self):
+        service = self.power_service()
+        self.start()
+        self.begin_session(service)
+
+        def restart(times):
+            for _ in range(times):
+                service.restart()
+                service.wait_until_held()
+
+        restart(RESTARTS_BEFORE)
+        wait_until(self.is_at_rest, "the requests to end")
+        before, memory = self.has(), self.memory()
+        restart(RESTARTS)
+        self.wait_until_as_before(before)
+        self.assertLess(self.memory() - memory, MEMORY_ALLOWANCE)
+        self.assertTrue(self.shows_a_session())
+        self.act("toggleProtection")
+        service.wait_until_released()
+        self.end_in_order()
+
+    def test_a_thousand_sessions_leave_nothing_behind(self):
+        service = self.power_service()
+        self.start()
+
+        def run_sessions(number):
+            before = service.takes()
+            for _ in range(number):
+                self.act("toggleProtection")
+                self.act("toggleProtection")
+            wait_until(lambda: service.takes() == before + number, "the sessions", timeout=30)
+            service.wait_until_released()
+
+        run_sessions(10)
+        wait_until(self.is_at_rest, "the requests to end")
+        before = self.has()
+
+        def run_many_sessions(number):
+            for _ in range(number // 50):
+                run_sessions(50)
+                # The bus bears only so many connections at a time.
+                self.wait_until_as_before(before)
+
+        run_many_sessions(SESSIONS_BEFORE)
+        memory = self.memory()
+        run_many_sessions(SESSIONS)
+        self.assertLess(self.memory() - memory, MEMORY_ALLOWANCE)
+        wait_until(lambda: not self.shows_a_session(), "the end of the last session in the window")
+        self.end_in_order()
+
+    def test_it_ends_in_order_while_a_scan_hangs(self):
+        service = self.power_service()
+        mark = os.path.join(self.folder, "hangs")
+        self.start(LD_PRELOAD=HUNG_SCAN_SHIM, HUNG_SCAN_MARK=mark)
+        wait_until(lambda: os.path.exists(mark), "the scan to hang")
+        self.begin_session(service)
+        self.end_in_order()
+        service.wait_until_released()
+
+    def test_it_ends_in_order_while_an_alert_is_shown(self):
+        self.start()
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.assertFalse(self.shows_a_session())
+        self.end_in_order()
+
+    def test_a_session_that_began_behind_an_alert_ends_in_order(self):
+        self.start()
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        service = self.power_service()
+        self.begin_session(service)
+        self.assertEqual(len(self.windows()), 2)
+        self.end_in_order()
+        service.wait_until_released()
+
+    def test_a_session_outlives_the_bus_and_is_kept_by_the_next(self):
+        service = self.power_service()
+        self.start()
+        self.begin_session(service)
+        before = self.has()[0]
+        self.bus.daemon.kill()
+        self.bus.daemon.wait()
+        service.stop()
+        wait_until(lambda: self.has()[0] < before, "the connections to close")
+        self.display.settle()
+        self.assertTrue(self.shows_a_session())
+        self.bus.restart()
+        service = self.power_service()
+        service.wait_until_held()
+        self.assertTrue(self.shows_a_session())
+        self.press_the_button()
+        service.wait_until_released()
+        wait_until(lambda: not self.shows_a_session(), "the end of the session in the window")
+        self.end_in_order()
+
+    def test_a_bus_that_stops_answering_leaves_the_window_alive(self):
+        service = self.power_service()
+        self.start()
+        self.bus.daemon.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.bus.daemon.send_signal, signal.SIGCONT)
+        self.display.click(self.window, 360, 399)
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.assertFalse(self.shows_a_session())
+        self.bus.daemon.send_signal(signal.SIGCONT)
+        self.begin_session(service)
+        self.bus.daemon.send_signal(signal.SIGSTOP)
+        self.end_in_order()
+        self.bus.daemon.send_signal(signal.SIGCONT)
+        service.wait_until_released()
+
+    @unittest.skipIf(os.geteuid() != 0, "a process table of its own needs root")
+    def test_it_runs_where_it_may_not_see_processes(self):
+        tables = {"others hidden": "-t proc -o hidepid=2 proc", "nothing there": "-t tmpfs none"}
+        service = self.power_service()
+        os.chmod(self.folder, 0o777)
+        for name, table in tables.items():
+            with self.subTest(name):
+                script = """set -e
+                    mount --make-rprivate /
+                    mount %s /proc
+                    exec setpriv --reuid %s --regid %s --clear-groups "$@" """ % (table, NOBODY, NOBODY)
+                self.start(["unshare", "-m", "bash", "-c", script, "bash"], HOME=self.folder)
+                self.begin_session(service)
+                self.end_in_order()
+                service.wait_until_released()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

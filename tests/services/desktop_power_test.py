@@ -7,6 +7,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
@@ -177,6 +178,21 @@ class DesktopPower(unittest.TestCase):
         end(service)
         service = self.service("plasma", "refuse-twice")
         wait_until(lambda: self.calls()[-1].endswith("-> 0") and self.log().count("refused") == 2, "the grant")
+
+    def test_a_service_that_has_granted_is_not_asked_once_more(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        driver.create()
+        end(service)
+        service = self.service("plasma", "refuse-twice")
+        wait_until(lambda: self.log().count("refused") == 2, "the refusals")
+        # The next attempt is some four seconds away when another service comes.
+        end(service)
+        before = len(self.calls())
+        self.service("plasma")
+        wait_until(lambda: len(self.calls()) > before, "the lock to be taken again")
+        time.sleep(6)
+        self.assertEqual(self.calls()[before:], ["AddInhibition 1 Vigilo -> 0"])
 
     def test_a_lock_taken_again_without_a_system_bus_is_given_back(self):
         service = self.service("power-manager")

@@ -91,6 +91,9 @@ void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
     held.inhibitions = std::move(result.inhibitions);
     held.watch = std::make_unique<PowerWatch>(result.buses, [this, id] { retake(id, false); });
     held.pause = firstPause;
+    if (held.retry) {
+        std::exchange(held.retry, nullptr)->invalidate();
+    }
     if (!result.buses.session->connection().isConnected()) {
         // The session's own means may yet appear.
         retryLater(id, true);

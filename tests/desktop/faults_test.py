@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """The program while what it stands on fails: its session stays true, its window answers, and nothing is
-left behind. Usage: faults_test.py VIGILO HUNG_SCAN_SHIM"""
+left behind. Usage: faults_test.py VIGILO CLOCK_SHIM HUNG_SCAN_SHIM"""
 
 import os
 import signal
@@ -19,9 +19,10 @@ from harness.display import VirtualDisplay, windows_named
 from harness.pictures import Picture
 from harness.processes import Processes, environment, wait_until
 
-VIGILO, HUNG_SCAN_SHIM = sys.argv[1:3]
-del sys.argv[1:3]
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/restarting_power_service.py")
+VIGILO, CLOCK_SHIM, HUNG_SCAN_SHIM = sys.argv[1:4]
+del sys.argv[1:4]
+SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
+DAY = 24 * 60 * 60
 ID = "io.github.vigilo.Vigilo"
 RESTARTS, SESSIONS = 100, 1000
 # How many of each the allocators need until they have most of what they keep for themselves.
@@ -38,7 +39,7 @@ class PowerService:
         self._log_path = os.path.join(folder, "log")
         with open(self._log_path, "w", encoding="utf-8") as log:
             self._process = processes.start(
-                ["/usr/bin/python3", SERVICE, "plasma", "grant"],
+                ["/usr/bin/python3", SERVICES + "/restarting_power_service.py", "plasma", "grant"],
                 env=variables, stdin=subprocess.PIPE, stdout=log,
             )
         wait_until(lambda: self.starts() == 1, "the power service")
@@ -286,6 +287,47 @@ class Faults(unittest.TestCase):
         self.end_in_order()
         self.bus.daemon.send_signal(signal.SIGCONT)
         service.wait_until_released()
+
+    def test_a_service_that_answers_nonsense_begins_no_session(self):
+        nonsense = self.processes.start(
+            ["/usr/bin/python3", SERVICES + "/nonsense_power_service.py"],
+            env=self.variables, stdout=subprocess.PIPE, text=True,
+        )
+        self.addCleanup(nonsense.stdout.close)
+        self.assertEqual(nonsense.stdout.readline(), "ready\n")
+        self.start()
+        self.act("toggleProtection")
+        self.assertEqual(nonsense.stdout.readline(), "answered AddInhibition\n")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.assertFalse(self.shows_a_session())
+        self.end_in_order()
+
+    def test_a_timed_session_goes_by_the_clock_of_the_day_however_it_jumps(self):
+        def set_clock(seconds):
+            with open(new, "w", encoding="utf-8") as file:
+                file.write(str(seconds))
+            os.replace(new, offset)
+
+        offset, new = os.path.join(self.folder, "offset"), os.path.join(self.folder, "new")
+        service = self.power_service()
+        self.start(LD_PRELOAD=CLOCK_SHIM, CLOCK_OFFSET=offset)
+        for menu in (250, 470):
+            # The shortest time, and "Stay Visible".
+            self.display.click(self.window, menu, 329)
+            self.display.settle()
+            self.display.key("Home", "Return")
+            self.display.settle()
+        self.display.click(self.window, 360, 399)
+        service.wait_until_held()
+        wait_until(self.shows_a_session, "the session in the window")
+        set_clock(-DAY)
+        time.sleep(3)
+        self.assertEqual(len(service.held()), 1)
+        self.assertTrue(self.shows_a_session())
+        set_clock(DAY)
+        service.wait_until_released()
+        wait_until(lambda: not self.shows_a_session(), "the end of the session in the window")
+        self.end_in_order()
 
     @unittest.skipIf(os.geteuid() != 0, "a process table of its own needs root")
     def test_it_runs_where_it_may_not_see_processes(self):

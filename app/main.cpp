@@ -5,6 +5,7 @@
 #include "platform/linux/SystemWallClock.h"
 #include "platform/linux/guard/HelperLockGuard.h"
 #include "platform/linux/instance/ApplicationService.h"
+#include "platform/linux/instance/HungSessionBus.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/login/XdgLoginItem.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
@@ -43,6 +44,7 @@ AgentMonitor::Scan agentScan() {
 }
 
 int runApplication(char* programName) {
+    platform::leaveHungSessionBus();
     platform::ApplicationObject applicationObject(programName);
     platform::ApplicationService service;
     switch (service.claim()) {

@@ -288,6 +288,16 @@ class Faults(unittest.TestCase):
         self.bus.daemon.send_signal(signal.SIGCONT)
         service.wait_until_released()
 
+    def test_it_starts_beside_a_bus_that_hangs(self):
+        self.bus.daemon.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.bus.daemon.send_signal, signal.SIGCONT)
+        self.start()
+        # Nothing keeps the machine awake then, and it says so.
+        self.display.click(self.window, 360, 399)
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.assertFalse(self.shows_a_session())
+        self.end_in_order()
+
     def test_a_service_that_answers_nonsense_begins_no_session(self):
         nonsense = self.processes.start(
             ["/usr/bin/python3", SERVICES + "/nonsense_power_service.py"],

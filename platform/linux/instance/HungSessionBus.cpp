@@ -1,0 +1,55 @@
+#include "platform/linux/instance/HungSessionBus.h"
+
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include <systemd/sd-bus.h>
+
+namespace vigilo::platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto answerLimit = 2s;
+
+struct Close {
+    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+};
+
+/// Whether a bus that is there has not said hello when the time is up.
+bool hangs() {
+    sd_bus* opened = nullptr;
+    if (sd_bus_open_user(&opened) < 0) {
+        return false;
+    }
+    const std::unique_ptr<sd_bus, Close> bus(opened);
+    const auto deadline = Clock::now() + answerLimit;
+    while (sd_bus_is_ready(bus.get()) == 0) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
+        if (left <= 0us) {
+            return true;
+        }
+        const int processed = sd_bus_process(bus.get(), nullptr);
+        if (processed < 0 || (processed == 0 && sd_bus_wait(bus.get(), static_cast<std::uint64_t>(
+                                                                           left.count())) < 0)) {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void leaveHungSessionBus() {
+    if (hangs()) {
+        // An address that no library knows a transport for.
+        setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    }
+}
+
+} // namespace vigilo::platform

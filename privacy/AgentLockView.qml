@@ -115,6 +115,7 @@ FocusScope {
             width: badge.width + 28
             height: badge.height + 18
             color: Theme.white(0.06)
+            border.color: Theme.white(0.135)
             Accessible.role: Accessible.StaticText
             Accessible.name: badgeText.text
 

@@ -16,7 +16,8 @@ Rectangle {
     radius: 18
     color: Theme.white(0.045)
     border.width: 1
-    border.color: Theme.outline
+    // The fill ends where the outline begins; this is the outline over the fill.
+    border.color: Theme.white(0.121)
 
     Label {
         id: header

@@ -30,6 +30,10 @@ inline constexpr std::size_t longestAnswer = 511;
 /// A frame: the kind, the text's length in two bytes (least significant first) and the text.
 inline constexpr std::size_t headerSize = 3;
 
+/// The helper's exit status when PAM has looked at the answers and said no. Every other one but 0
+/// says that nothing could be found out.
+inline constexpr int refusedStatus = 3;
+
 struct Frame {
     FrameKind kind = FrameKind::error;
     std::string text;

@@ -9,6 +9,7 @@
 #include <string>
 #include <system_error>
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <security/pam_appl.h>
 #include <shadow.h>
@@ -28,6 +29,8 @@ void harden() {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_IGN);
     close_range(socketDescriptor + 1, ~0U, 0);
+    // Nothing that a module starts may speak for this process.
+    fcntl(socketDescriptor, F_SETFD, FD_CLOEXEC);
 }
 
 /// A PAM service and, unless it is one of the system's, the folder with its file.
@@ -70,6 +73,21 @@ bool isPasswordLocked(const char* user) {
            entry->sp_pwdp[0] == '*';
 }
 
+/// Whether PAM has looked at the answers and found them wrong; all else are failures of the system.
+bool isRefusal(int status) {
+    switch (status) {
+    case PAM_AUTH_ERR:
+    case PAM_CRED_INSUFFICIENT:
+    case PAM_USER_UNKNOWN:
+    case PAM_MAXTRIES:
+    case PAM_PERM_DENIED:
+    case PAM_ACCT_EXPIRED:
+        return true;
+    default:
+        return false;
+    }
+}
+
 int authenticate(const Service& service, const char* user) {
     const pam_conv conversing = conversation();
     pam_handle_t* handle = nullptr;
@@ -85,8 +103,9 @@ int authenticate(const Service& service, const char* user) {
     // The account is not looked at: an expired password must not shut its owner out of a session
     // that is open already.
     pam_end(handle, status);
-    if (status != PAM_SUCCESS) {
-        return EXIT_FAILURE;
+    // Some modules look at the password's age in the same step; it was the right one all the same.
+    if (status != PAM_SUCCESS && status != PAM_NEW_AUTHTOK_REQD) {
+        return isRefusal(status) ? refusedStatus : EXIT_FAILURE;
     }
     send(FrameKind::success, "");
     return EXIT_SUCCESS;

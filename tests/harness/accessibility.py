@@ -70,6 +70,16 @@ class Node:
         self.description = accessible.get_description()
         self.states = {state.value_nick for state in accessible.get_state_set().get_states()}
 
+    def box(self):
+        """Its left, top, right and bottom on the screen, in pixels."""
+        import gi
+
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+
+        box = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.x + box.width, box.y + box.height
+
     def press(self):
         actions = self._accessible.get_action_iface()
         names = [actions.get_action_name(index) for index in range(actions.get_n_actions())]

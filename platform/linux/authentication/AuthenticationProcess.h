@@ -8,20 +8,28 @@
 #include <string_view>
 
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <sys/types.h>
 
 namespace vigilo::platform {
 
+/// What came out of an attempt.
+enum class Verdict {
+    owner,   ///< it is the owner
+    refused, ///< it is not, or the answers were wrong
+    failed, ///< nobody knows: the helper crashed, was killed, spoke nonsense or met a broken system
+};
+
 /// One attempt: a helper of its own that talks to PAM. Destroying it ends the helper. Main thread.
 class AuthenticationProcess {
 public:
-    /// What the helper says; called from the event loop. `onEnd` is the last call: true only after
-    /// an explicit success and exit status 0, never after a crash, a signal or bytes that are no
-    /// frames.
+    /// What the helper says; called from the event loop. `onEnd` is the last call: `owner` only
+    /// after an explicit success and exit status 0, never after a crash, a signal or bytes that are
+    /// no frames.
     struct Events {
         std::function<void(const authentication::Frame&)> onMessage;
-        std::function<void(bool isOwner)> onEnd;
+        std::function<void(Verdict)> onEnd;
     };
 
     explicit AuthenticationProcess(Events events);
@@ -33,16 +41,21 @@ public:
     void answer(std::string_view secret);
 
 private:
-    void read();
-    void end(bool isOwner);
-    bool hasExitedWell();
+    bool readSome();
+    void readAll();
+    void takeFrames();
+    void exited();
+    void end(Verdict verdict);
 
     Events events_;
     FileDescriptor socket_;
     pid_t helper_ = -1;
     authentication::FrameReader reader_;
     bool saysSuccess_ = false;
-    std::unique_ptr<QSocketNotifier> notifier_;
+    std::unique_ptr<QSocketNotifier> talk_; ///< there is something to read
+    FileDescriptor process_;
+    std::unique_ptr<QSocketNotifier> exit_; ///< the helper has ended
+    QTimer silence_;                        ///< it has no more to say and should end
 };
 
 } // namespace vigilo::platform

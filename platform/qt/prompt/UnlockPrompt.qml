@@ -76,8 +76,8 @@ FocusScope {
                     enabled: prompt.model.isPossible
                     Accessible.role: Accessible.EditableText
                     Accessible.passwordEdit: true
-                    Accessible.name: "Password"
-                    Accessible.description: prompt.model.message
+                    // The toolkit keeps the name of a password field to itself.
+                    Accessible.description: prompt.model.question + (prompt.model.message !== "" ? ". " + prompt.model.message : "")
                     Keys.onTabPressed: stay.forceActiveFocus(Qt.TabFocusReason)
                     onEnabledChanged: {
                         field.clear();
@@ -91,7 +91,8 @@ FocusScope {
                 Label {
                     anchors.centerIn: parent
                     visible: field.length === 0
-                    text: prompt.model.isBusy ? "Checking…" : field.enabled ? "Password" : ""
+                    width: Math.min(implicitWidth, parent.width - 24)
+                    text: prompt.model.isBusy ? "Checking…" : field.enabled ? prompt.model.question : ""
                     color: Theme.secondary
                 }
 
@@ -117,6 +118,8 @@ FocusScope {
                 height: Math.max(implicitHeight, 16)
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
+                maximumLineCount: 4
+                elide: Text.ElideRight
                 textFormat: Text.PlainText
                 font.family: Fonts.systemFamily
                 font.pixelSize: 12

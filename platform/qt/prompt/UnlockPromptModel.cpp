@@ -1,5 +1,7 @@
 #include "platform/qt/prompt/UnlockPromptModel.h"
 
+#include "text/DisplayText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,8 +17,11 @@ constexpr auto idleLimit = 60s;
 // What a module may make the owner wait at most.
 constexpr auto longestDelay = 10000ms;
 
+// What a module has to say fits in here; one that says more is cut.
+constexpr int longestMessage = 300;
+
 QString shown(const std::string& text) {
-    return QString::fromStdString(text).simplified();
+    return QString::fromStdString(displayText(text)).simplified().left(longestMessage);
 }
 
 } // namespace
@@ -41,12 +46,14 @@ void UnlockPromptModel::touch() {
 void UnlockPromptModel::startHelper() {
     isAsked_ = false;
     isAnswered_ = false;
+    hasSpoken_ = false;
     isBusy_ = isSubmitted_;
     delay_ = {};
+    question_ = QStringLiteral("Password");
     Q_EMIT changed();
     helper_ = std::make_unique<AuthenticationProcess>(AuthenticationProcess::Events{
         .onMessage = [this](const Frame& frame) { take(frame); },
-        .onEnd = [this](bool isOwner) { helperEnded(isOwner); },
+        .onEnd = [this](Verdict verdict) { helperEnded(verdict); },
     });
 }
 
@@ -54,18 +61,17 @@ void UnlockPromptModel::take(const Frame& frame) {
     switch (frame.kind) {
     case FrameKind::hiddenPrompt:
     case FrameKind::visiblePrompt:
-        isAsked_ = true;
-        answerWhenAsked();
+        ask(frame.text);
         break;
     case FrameKind::information:
-        say(shown(frame.text), false);
-        break;
     case FrameKind::error:
-        say(shown(frame.text), true);
+        hasSpoken_ = true;
+        say(shown(frame.text), frame.kind == FrameKind::error);
         break;
     case FrameKind::delay:
-        delay_ = std::min<std::chrono::milliseconds>(
-            std::chrono::milliseconds(QString::fromStdString(frame.text).toInt()), longestDelay);
+        delay_ = std::clamp<std::chrono::milliseconds>(
+            std::chrono::milliseconds(QString::fromStdString(frame.text).toInt()), 0ms,
+            longestDelay);
         break;
     case FrameKind::impossible:
         isPossible_ = false;
@@ -75,6 +81,24 @@ void UnlockPromptModel::take(const Frame& frame) {
     case FrameKind::answer:
         break; // not passed on as messages
     }
+}
+
+void UnlockPromptModel::ask(const std::string& question) {
+    isAsked_ = true;
+    if (isSubmitted_) {
+        answerWhenAsked();
+        return;
+    }
+    // The first question, or one more after an answer.
+    isBusy_ = false;
+    QString text = shown(question);
+    while (text.endsWith(QLatin1Char(':'))) {
+        text.chop(1);
+    }
+    if (!text.isEmpty()) {
+        question_ = text;
+    }
+    Q_EMIT changed();
 }
 
 void UnlockPromptModel::submit(PasswordField* field) {
@@ -88,7 +112,11 @@ void UnlockPromptModel::submit(PasswordField* field) {
     isSubmitted_ = true;
     isBusy_ = true;
     say({}, false);
-    answerWhenAsked();
+    if (helper_) {
+        answerWhenAsked();
+    } else {
+        startHelper();
+    }
 }
 
 void UnlockPromptModel::answerWhenAsked() {
@@ -101,24 +129,35 @@ void UnlockPromptModel::answerWhenAsked() {
     }
 }
 
-void UnlockPromptModel::helperEnded(bool isOwner) {
-    if (isOwner) {
+void UnlockPromptModel::helperEnded(Verdict verdict) {
+    if (verdict == Verdict::owner) {
         end(true);
         return;
     }
     isBusy_ = false;
+    isAsked_ = false;
+    isSubmitted_ = false;
+    submitted_.clear();
     if (!isPossible_) {
         Q_EMIT changed();
-        return;
+    } else if (verdict == Verdict::refused && isAnswered_) {
+        say(QStringLiteral("That password is not right."), true);
+        delayTimer_.start(delay_);
+    } else {
+        // A new helper would most likely fare the same, so it waits until somebody tries again.
+        dropHelper();
+        if (verdict == Verdict::failed || !hasSpoken_) {
+            say(QStringLiteral("The password cannot be checked now. Try again or use Apple Lock."),
+                true);
+        } else {
+            Q_EMIT changed();
+        }
     }
-    if (!isAnswered_) {
-        // It ended before anybody could be wrong; a new one would do the same.
-        isPossible_ = false;
-        say(QStringLiteral("The password cannot be checked now. Apple Lock is the way out."), true);
-        return;
-    }
-    say(QStringLiteral("That password is not right."), true);
-    delayTimer_.start(delay_);
+}
+
+/// The helper may be what has called.
+void UnlockPromptModel::dropHelper() {
+    QTimer::singleShot(0, this, [gone = std::shared_ptr(std::move(helper_))] {});
 }
 
 void UnlockPromptModel::say(const QString& message, bool isError) {

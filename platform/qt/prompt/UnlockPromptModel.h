@@ -15,7 +15,8 @@
 namespace vigilo::platform {
 
 /// What the prompt for the owner's password shows and does, until it is proved or given up. A
-/// helper serves one password; a wrong one is answered with a new helper.
+/// helper serves one attempt; a wrong password is answered with a new helper, and one that could
+/// not be checked with a new helper for the next attempt.
 class UnlockPromptModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -23,6 +24,7 @@ class UnlockPromptModel : public QObject {
     Q_PROPERTY(QString reason READ reason CONSTANT)
     Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY changed)
+    Q_PROPERTY(QString question READ question NOTIFY changed)
     Q_PROPERTY(bool isError READ isError NOTIFY changed)
     Q_PROPERTY(bool isBusy READ isBusy NOTIFY changed)
     Q_PROPERTY(bool isPossible READ isPossible NOTIFY changed)
@@ -43,6 +45,10 @@ public:
     QString reason() const { return reason_; }
     QString cancelTitle() const { return cancelTitle_; }
     QString message() const { return message_; }
+
+    /// What is to be typed, such as "Password".
+    QString question() const { return question_; }
+
     bool isError() const { return isError_; }
     bool isBusy() const { return isBusy_; }
     bool isPossible() const { return isPossible_; }
@@ -53,7 +59,9 @@ Q_SIGNALS:
 private:
     void startHelper();
     void take(const authentication::Frame& frame);
-    void helperEnded(bool isOwner);
+    void ask(const std::string& question);
+    void helperEnded(Verdict verdict);
+    void dropHelper();
     void answerWhenAsked();
     void say(const QString& message, bool isError);
     void end(bool isOwner);
@@ -65,9 +73,11 @@ private:
     SecretText submitted_;
     bool isAsked_ = false;     ///< the helper waits for an answer
     bool isSubmitted_ = false; ///< an answer waits for the helper
-    bool isAnswered_ = false;  ///< the helper has had its answer
+    bool isAnswered_ = false;  ///< the helper has had an answer
+    bool hasSpoken_ = false;   ///< the helper had something to say
     std::chrono::milliseconds delay_{};
     QString message_;
+    QString question_;
     bool isError_ = false;
     bool isBusy_ = false;
     bool isPossible_ = true;

@@ -1,0 +1,53 @@
+"""A PAM of one's own: what the program's helper is asked, and by which module, is the test's choice."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+
+
+class OddPam:
+    """Makes commands whose authentication goes through the module for tests; `module` is its file. They
+    run as root, who has a password only there."""
+
+    @staticmethod
+    def missing():
+        """Why it cannot be had here; None when it can."""
+        if os.geteuid() != 0:
+            return "a PAM of one's own in a mount namespace needs root"
+        if subprocess.run(["unshare", "-m", "true"], stderr=subprocess.DEVNULL, check=False).returncode != 0:
+            return "mount namespaces are not allowed here"
+        return None
+
+    def __init__(self, module):
+        self._module = module
+        self.folder = tempfile.mkdtemp(prefix="vigilo-pam-")
+        self._services = os.path.join(self.folder, "pam.d")
+        os.mkdir(self._services)
+        shadow = os.path.join(self.folder, "shadow")
+        with open("/etc/shadow", encoding="utf-8") as before, open(shadow, "w", encoding="utf-8") as after:
+            os.chmod(shadow, 0o600)
+            for line in before:
+                fields = line.split(":")
+                after.write(":".join([fields[0], "$6$none$none"] + fields[2:]) if fields[0] == "root" else line)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def does(self, *steps):
+        """What the module does from the next attempt on."""
+        path = os.path.join(self._services, "vigilo")
+        with open(path + ".new", "w", encoding="utf-8") as file:
+            file.write("auth required %s %s\n" % (self._module, " ".join(steps)))
+        os.rename(path + ".new", path)
+
+    def command(self, *command):
+        script = """set -e
+            mount --make-rprivate /
+            mount --bind "$0/shadow" /etc/shadow
+            mount --bind "$0/pam.d" /etc/pam.d
+            exec "$@" """
+        return ["unshare", "-m", "bash", "-c", script, self.folder, *command]

@@ -3,6 +3,7 @@
 of its design. Usage: agent_lock_look_test.py VIGILO"""
 
 import os
+import signal
 import subprocess
 import sys
 import unittest
@@ -146,8 +147,7 @@ class AgentLockLook(unittest.TestCase):
             wait_until(lambda: Picture(display.picture(), scale).colour(884, 501)[1] > 150, "the busy ones")
         display.settle(quiet=0.2)
         picture = Picture(display.picture(), scale)
-        # The one that stands before the process namespace takes no milder signal.
-        vigilo.kill()
+        os.kill(Agents.first(vigilo), signal.SIGKILL)
         vigilo.wait()
         return picture
 

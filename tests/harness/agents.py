@@ -53,8 +53,15 @@ class Agents:
 
     @staticmethod
     def apart(*command):
-        """Runs the command in a process namespace; everything in it goes when the command does."""
+        """Runs the command in a process namespace; everything in it goes when its first process does."""
         return ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc", *command]
+
+    @staticmethod
+    def first(process):
+        """The process id of the first process of the namespace, of the started `apart` command."""
+        path = "/proc/%d/task/%d/children" % (process.pid, process.pid)
+        with open(path, encoding="utf-8") as file:
+            return int(file.read())
 
 
 def main():

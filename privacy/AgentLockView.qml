@@ -8,9 +8,10 @@ FocusScope {
 
     required property AgentLockViewModel model
 
-    // On a low display the emblem gives way to what is needed.
+    // On a low display the emblem gives way to what is needed, on a very low one all but the title.
     readonly property bool isLow: height < 620
-    readonly property real aroundPanel: (isLow ? 0 : emblem.height + content.spacing) + heading.height + awake.height + unlock.height + appleLock.height + closing.height + 5 * content.spacing
+    readonly property bool isVeryLow: height < 400
+    readonly property real aroundPanel: (isLow ? 0 : emblem.height + content.spacing) + heading.height + (isVeryLow ? 0 : awake.height + content.spacing) + unlock.height + appleLock.height + closing.height + 4 * content.spacing
 
     focus: true
     Keys.onUpPressed: panel.scroll(-1)
@@ -98,6 +99,7 @@ FocusScope {
 
             Label {
                 anchors.horizontalCenter: parent.horizontalCenter
+                visible: !view.isVeryLow
                 text: "Your screen is private. Your work stays awake."
                 size: 15
                 font.weight: Font.Medium
@@ -112,6 +114,7 @@ FocusScope {
             id: awake
 
             anchors.horizontalCenter: parent.horizontalCenter
+            visible: !view.isVeryLow
             width: badge.width + 28
             height: badge.height + 18
             color: Theme.white(0.06)
@@ -231,6 +234,11 @@ FocusScope {
             id: closing
 
             anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(implicitWidth, view.width - 32)
+            height: lineCount * size * 1.2
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
             text: "Keeping awake prevents sleep; Agent Lock adds privacy. Apple Lock provides system security."
             size: 11
             font.weight: Font.Medium

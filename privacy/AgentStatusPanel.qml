@@ -122,6 +122,18 @@ Rectangle {
         }
     }
 
+    // How much there is to scroll to, and where in it one is.
+    Rectangle {
+        visible: rows.visible && rows.interactive
+        anchors.right: parent.right
+        anchors.rightMargin: 6
+        y: body.y + rows.visibleArea.yPosition * body.height
+        width: 3
+        height: Math.max(rows.visibleArea.heightRatio * body.height, 12)
+        radius: 1.5
+        color: Theme.white(0.25)
+    }
+
     Label {
         id: footer
 

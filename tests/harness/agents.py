@@ -33,6 +33,7 @@ class Agents:
         self.folder = tempfile.mkdtemp(prefix="vigilo-agents-")
         os.chmod(self.folder, 0o755)
         self._list = os.path.join(self.folder, "agents")
+        self.count = len(agents)
         entries = []
         for name, folder, is_busy, count in agents:
             path = os.path.join(self.folder, folder) if folder else "/"

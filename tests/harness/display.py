@@ -85,6 +85,12 @@ class VirtualDisplay:
             env=os.environ | {"DISPLAY": self.name},
         )
 
+    def click_at(self, x, y):
+        """Clicks at a pixel of the screen."""
+        subprocess.run(
+            ["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True, env=os.environ | {"DISPLAY": self.name}
+        )
+
     def move_pointer(self, x, y):
         """Moves the pointer to a pixel of the screen."""
         subprocess.run(

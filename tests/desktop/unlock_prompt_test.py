@@ -182,7 +182,7 @@ class UnlockPrompt(unittest.TestCase):
                 self.open()
                 self.submit("right")
                 wait_until(self.helpers, "the helper")
-                self.assertEqual(self.message(), [""])
+                self.assertEqual(self.message(), [])
                 self.assertTrue(self.is_covered())
                 self.stay_locked()
         self.pam.does("ask", "Password:")

@@ -80,6 +80,17 @@ class Node:
         box = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
         return box.x, box.y, box.x + box.width, box.y + box.height
 
+    def text(self):
+        """What is in it, for what has text of its own."""
+        import gi
+
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+
+        if "Text" not in self._accessible.get_interfaces():
+            return ""
+        return Atspi.Text.get_text(self._accessible, 0, -1)
+
     def press(self):
         actions = self._accessible.get_action_iface()
         names = [actions.get_action_name(index) for index in range(actions.get_n_actions())]

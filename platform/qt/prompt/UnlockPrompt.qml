@@ -79,6 +79,7 @@ FocusScope {
                     // The toolkit keeps the name of a password field to itself.
                     Accessible.description: prompt.model.question + (prompt.model.message !== "" ? ". " + prompt.model.message : "")
                     Keys.onTabPressed: stay.forceActiveFocus(Qt.TabFocusReason)
+                    Keys.onBacktabPressed: stay.forceActiveFocus(Qt.BacktabFocusReason)
                     onEnabledChanged: {
                         field.clear();
                         stay.forceActiveFocus(Qt.TabFocusReason);
@@ -126,6 +127,7 @@ FocusScope {
                 renderType: Text.QtRendering
                 text: prompt.model.message !== "" ? prompt.model.message : field.isCapsLockOn ? "Caps Lock is on." : ""
                 color: prompt.model.isError ? Theme.orange : Theme.secondary
+                Accessible.ignored: text === ""
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }
@@ -140,7 +142,7 @@ FocusScope {
                 onClicked: prompt.model.cancel()
                 Keys.onEscapePressed: prompt.model.cancel()
                 Keys.onTabPressed: field.forceActiveFocus(Qt.TabFocusReason)
-                Keys.onBacktabPressed: field.forceActiveFocus(Qt.TabFocusReason)
+                Keys.onBacktabPressed: field.forceActiveFocus(Qt.BacktabFocusReason)
 
                 background: Rectangle {
                     radius: 9

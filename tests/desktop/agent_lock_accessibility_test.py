@@ -53,6 +53,13 @@ class AgentLockAccessibility(unittest.TestCase):
     def wait_for_prompt(self):
         self.wait_for_focus(FIELD)
 
+    def described(self):
+        """What is told with the password field."""
+        return "".join(node.description for node in self.lock.prompt() if node.role == FIELD[0])
+
+    def wait_for_layout(self, name):
+        wait_until(lambda: ("label", "Keyboard layout " + name) in self.read(self.lock.prompt()), "layout " + name)
+
     def wait_for_no_prompt(self):
         wait_until(lambda: not self.lock.prompt(), "the prompt to go")
 
@@ -110,16 +117,20 @@ class AgentLockAccessibility(unittest.TestCase):
         self.wait_for_prompt()
         prompt = self.lock.prompt()
         self.assertEqual(
-            self.read(prompt), [("dialog", "Unlock Vigilo"), ("heading", "Unlock Vigilo"), FIELD, STAY_BUTTON]
+            self.read(prompt),
+            [
+                ("dialog", "Unlock Vigilo"),
+                ("label", "Keyboard layout US"),
+                ("heading", "Unlock Vigilo"),
+                FIELD,
+                STAY_BUTTON,
+            ],
         )
-        self.assertEqual(prompt[2].description, "Password")
+        self.assertEqual(self.described(), "Password")
         self.display.key(*"wrong", "Return")
         # What was said is told with the field, and stands below it.
-        wait_until(
-            lambda: [node.description for node in self.lock.prompt()][2] == "Password. That password is not right.",
-            "the refusal",
-        )
-        self.assertEqual(self.read(self.lock.prompt())[3], ("label", "That password is not right."))
+        wait_until(lambda: self.described() == "Password. That password is not right.", "the refusal")
+        self.assertEqual(self.read(self.lock.prompt())[4], ("label", "That password is not right."))
         self.press("Stay Locked")
         self.wait_for_no_prompt()
         self.wait_for_focus(UNLOCK_BUTTON)
@@ -127,6 +138,23 @@ class AgentLockAccessibility(unittest.TestCase):
         self.wait_for_prompt()
         self.display.key(*"right", "Return")
         self.wait_for_no_lock()
+
+    def test_caps_lock_and_the_layout_are_told(self):
+        self.start()
+        self.display.key("Caps_Lock", "Return")
+        self.wait_for_prompt()
+        wait_until(lambda: self.described() == "Password. Caps Lock is on.", "the warning")
+        self.display.key("Caps_Lock")
+        wait_until(lambda: self.described() == "Password", "the end of the warning")
+        self.wait_for_layout("US")
+        self.display.use_layouts("fr,de", ",neo")
+        self.wait_for_layout("FR")
+        self.display.choose_layout(1)
+        self.wait_for_layout("DE (neo)")
+        self.display.choose_layout(0)
+        self.wait_for_layout("FR")
+        self.display.key("Escape")
+        self.wait_for_no_prompt()
 
     def test_what_is_typed_is_told_to_nobody(self):
         self.start()

@@ -83,7 +83,9 @@ class UnlockPrompt(unittest.TestCase):
         return []
 
     def message(self):
-        return [node.name for node in self.prompt() if node.role == "label"]
+        return [
+            node.name for node in self.prompt() if node.role == "label" and not node.name.startswith("Keyboard")
+        ]
 
     def question(self):
         """What the field is said to be for, and what was said last."""

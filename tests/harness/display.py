@@ -1,5 +1,6 @@
 """A private X display for a test or a demonstration, and a look at its windows."""
 
+import ctypes
 import os
 import re
 import subprocess
@@ -100,6 +101,20 @@ class VirtualDisplay:
     def key(self, *keys):
         """Presses keys, one after another, as xdotool names them."""
         subprocess.run(["xdotool", "key", *keys], check=True, env=os.environ | {"DISPLAY": self.name})
+
+    def use_layouts(self, layouts, variants):
+        """Gives the keyboard these layouts, as setxkbmap takes them."""
+        subprocess.run(
+            ["setxkbmap", "-layout", layouts, "-variant", variants], check=True, env=os.environ | {"DISPLAY": self.name}
+        )
+
+    def choose_layout(self, number):
+        """Switches to one of the layouts, counted from 0."""
+        library = ctypes.CDLL("libX11.so.6")
+        library.XOpenDisplay.restype = ctypes.c_void_p
+        server = ctypes.c_void_p(library.XOpenDisplay(self.name.encode()))
+        library.XkbLockGroup(server, 0x100, number)  # the core keyboard
+        library.XCloseDisplay(server)
 
     def hold_key(self, key, seconds):
         """Holds a key down, so that it repeats."""

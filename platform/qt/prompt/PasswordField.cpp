@@ -73,18 +73,11 @@ bool PasswordField::edit(const QKeyEvent& event) {
     } else if (event.key() == Qt::Key_Backspace) {
         text_.removeLast();
     } else if (!isCommand && !typed.isEmpty() && typed.front().isPrint()) {
-        noteCapsLock(typed.front(), event.modifiers());
         text_.append(PassingText(typed.toUtf8()).view());
     } else {
         return false;
     }
     return true;
-}
-
-void PasswordField::noteCapsLock(QChar typed, Qt::KeyboardModifiers modifiers) {
-    if (typed.toUpper() != typed.toLower()) {
-        isCapsLockOn_ = typed.isUpper() != modifiers.testFlag(Qt::ShiftModifier);
-    }
 }
 
 void PasswordField::paste() {

@@ -13,7 +13,6 @@ namespace vigilo::platform {
 class PasswordField : public QQuickItem {
     Q_OBJECT
     Q_PROPERTY(int length READ length NOTIFY edited)
-    Q_PROPERTY(bool isCapsLockOn READ isCapsLockOn NOTIFY edited)
     QML_ELEMENT
 
 public:
@@ -21,9 +20,6 @@ public:
 
     SecretText& text() { return text_; }
     int length() const { return static_cast<int>(text_.length()); }
-
-    /// As far as the last letter typed has told.
-    bool isCapsLockOn() const { return isCapsLockOn_; }
 
     Q_INVOKABLE void clear();
 
@@ -37,11 +33,9 @@ protected:
 
 private:
     bool edit(const QKeyEvent& event);
-    void noteCapsLock(QChar typed, Qt::KeyboardModifiers modifiers);
     void paste();
 
     SecretText text_;
-    bool isCapsLockOn_ = false;
 };
 
 } // namespace vigilo::platform

@@ -13,6 +13,10 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: model.reason
 
+    KeyboardHints {
+        id: keyboard
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Qt.rgba(0, 0, 0, 0.6)
@@ -32,6 +36,20 @@ FocusScope {
         color: Theme.menuGround
         border.width: 1
         border.color: Theme.white(0.12)
+
+        Label {
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            y: 14
+            width: Math.min(implicitWidth, 120)
+            text: keyboard.layout
+            size: 11
+            elide: Text.ElideRight
+            color: Theme.secondary
+            Accessible.ignored: text === ""
+            Accessible.role: Accessible.StaticText
+            Accessible.name: "Keyboard layout " + text
+        }
 
         Column {
             id: column
@@ -77,7 +95,7 @@ FocusScope {
                     Accessible.role: Accessible.EditableText
                     Accessible.passwordEdit: true
                     // The toolkit keeps the name of a password field to itself.
-                    Accessible.description: prompt.model.question + (prompt.model.message !== "" ? ". " + prompt.model.message : "")
+                    Accessible.description: prompt.model.question + (hint.text !== "" ? ". " + hint.text : "")
                     Keys.onTabPressed: stay.forceActiveFocus(Qt.TabFocusReason)
                     Keys.onBacktabPressed: stay.forceActiveFocus(Qt.BacktabFocusReason)
                     onEnabledChanged: {
@@ -115,6 +133,8 @@ FocusScope {
             }
 
             Text {
+                id: hint
+
                 width: parent.width
                 height: Math.max(implicitHeight, 16)
                 horizontalAlignment: Text.AlignHCenter
@@ -125,7 +145,7 @@ FocusScope {
                 font.family: Fonts.systemFamily
                 font.pixelSize: 12
                 renderType: Text.QtRendering
-                text: prompt.model.message !== "" ? prompt.model.message : field.isCapsLockOn ? "Caps Lock is on." : ""
+                text: (prompt.model.message + (keyboard.isCapsLockOn ? " Caps Lock is on." : "")).trim()
                 color: prompt.model.isError ? Theme.orange : Theme.secondary
                 Accessible.ignored: text === ""
                 Accessible.role: Accessible.StaticText

@@ -1,0 +1,27 @@
+#include "platform/qt/prompt/KeyboardSource.h"
+
+#include "platform/qt/prompt/WaylandKeyboard.h"
+#include "platform/qt/prompt/X11Keyboard.h"
+
+#include <utility>
+
+#include <QGuiApplication>
+#include <qpa/qplatformnativeinterface.h>
+
+namespace vigilo::platform {
+
+std::unique_ptr<KeyboardSource> KeyboardSource::make(Listener listener) {
+    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        return std::make_unique<X11Keyboard>(x11->connection(), std::move(listener));
+    }
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        auto* const seat = static_cast<wl_seat*>(
+            QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_seat"));
+        if (seat != nullptr) {
+            return std::make_unique<WaylandKeyboard>(seat, std::move(listener));
+        }
+    }
+    return nullptr;
+}
+
+} // namespace vigilo::platform

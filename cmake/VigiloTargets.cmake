@@ -7,6 +7,8 @@ function(vigilo_base_options target)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
     # Invariants must hold in every build type, so the library's own cheap checks stay on too.
     target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS QT_NO_KEYWORDS)
+    # What is installed must not tell where it was built.
+    target_compile_options(${target} PRIVATE "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
     if(VIGILO_SANITIZE)
         target_compile_options(${target} PUBLIC -fsanitize=${VIGILO_SANITIZE}
                                -fno-sanitize-recover=all -fno-omit-frame-pointer)

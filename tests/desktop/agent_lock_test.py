@@ -33,10 +33,10 @@ class AgentLock(unittest.TestCase):
         self.bus = self.enter(SessionBus())
         self.owner = self.enter(Owner())
         self.processes = self.enter(Processes())
-        # The only locker on its path notes that it was started.
+        # The locker that goes before all others notes that it was started.
         programs = os.path.join(self.owner.folder, "bin")
         os.mkdir(programs)
-        locker = os.path.join(programs, "i3lock")
+        locker = os.path.join(programs, "xsecurelock")
         with open(locker, "w", encoding="utf-8") as file:
             file.write('#!/bin/sh\n: > "$HOME/locked"\n')
         os.chmod(locker, 0o755)
@@ -130,9 +130,7 @@ class AgentLock(unittest.TestCase):
         self.type(secret.decode())
         self.display.key("Return")
         time.sleep(3)
-        pid = int(
-            subprocess.run(["pgrep", "-x", "-u", str(UID), "vigilo"], check=True, stdout=subprocess.PIPE).stdout.split()[0]
-        )
+        (pid,) = self.running("vigilo")
         with open("/proc/%d/maps" % pid, encoding="utf-8") as file:
             maps = file.readlines()
         for line in maps:
@@ -155,7 +153,14 @@ class AgentLock(unittest.TestCase):
         found = subprocess.run(
             ["pgrep", "-x", "-u", str(UID), name], check=False, stdout=subprocess.PIPE, text=True
         ).stdout
-        return [int(pid) for pid in found.split()]
+        return [int(pid) for pid in found.split() if self.is_on_this_display(pid)]
+
+    def is_on_this_display(self, pid):
+        try:
+            with open("/proc/%s/environ" % pid, "rb") as file:
+                return b"DISPLAY=" + self.display.name.encode() in file.read().split(b"\0")
+        except FileNotFoundError:
+            return False  # it has just ended
 
     def test_its_guard_is_replaced_when_killed_and_ends_with_the_lock(self):
         (first,) = wait_until(lambda: self.running("vigilo-guard"), "the guard")

@@ -84,18 +84,46 @@ private:
     std::vector<Pixel> pixels_;
 };
 
-/// Even noise in 0 to 1 that is the same in every run; the mixing steps are those of a common
+/// Even noise of 16 bits that is the same in every run; the mixing steps are those of a common
 /// 32-bit integer hash (two rounds of multiply and xor-shift).
-float noise(std::uint32_t x, std::uint32_t y) {
+std::uint32_t noise(std::uint32_t x, std::uint32_t y) {
     std::uint32_t hash = x * 0x9E3779B1U + y * 0x85EBCA77U;
     hash = (hash ^ (hash >> 16)) * 0x7FEB352DU;
     hash = (hash ^ (hash >> 15)) * 0x846CA68BU;
-    hash ^= hash >> 16;
-    return static_cast<float>(hash >> 8) / 16777216.0F;
+    return (hash ^ (hash >> 16)) >> 16;
 }
 
-unsigned dithered(float value, float threshold) {
-    return static_cast<unsigned>(std::min(value, 1.0F) * 255 + threshold);
+/// A channel along the pixels between two points, in steps of a 65536th of a channel's step: whole
+/// numbers, so that the compiler can take several pixels at a time.
+struct Ramp {
+    Ramp(float first, float second)
+        : start(fixed(first)), step((fixed(second) - start) / CoarsePicture::spacing) {}
+
+    static std::int32_t fixed(float value) {
+        return static_cast<std::int32_t>(std::min(value, 1.0F) * 255 * 65536);
+    }
+
+    std::uint32_t at(int pixel, std::uint32_t threshold) const {
+        return (static_cast<std::uint32_t>(start + step * pixel) + threshold) >> 16;
+    }
+
+    std::int32_t start;
+    std::int32_t step;
+};
+
+/// The pixels from one point of a row to the next, `count` of them, dithered.
+void paintSpan(const Pixel& first, const Pixel& second, int x, int y, int count, QRgb* pixels) {
+    const Ramp red(first[0], second[0]);
+    const Ramp green(first[1], second[1]);
+    const Ramp blue(first[2], second[2]);
+    const Ramp alpha(first[3], second[3]);
+    for (int pixel = 0; pixel < count; ++pixel) {
+        // One threshold for all four keeps a premultiplied colour within its opacity.
+        const std::uint32_t threshold =
+            noise(static_cast<std::uint32_t>(x + pixel), static_cast<std::uint32_t>(y));
+        pixels[pixel] = alpha.at(pixel, threshold) << 24 | red.at(pixel, threshold) << 16 |
+                        green.at(pixel, threshold) << 8 | blue.at(pixel, threshold);
+    }
 }
 
 } // namespace
@@ -133,16 +161,10 @@ void GlowField::paint(QPainter* painter) {
     for (int y = 0; y < pixels.height(); ++y) {
         picture.interpolateRow(y, row);
         auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < pixels.width(); ++x) {
+        for (int x = 0; x < pixels.width(); x += CoarsePicture::spacing) {
             const auto column = static_cast<std::size_t>(x / CoarsePicture::spacing);
-            const float part =
-                static_cast<float>(x % CoarsePicture::spacing) / CoarsePicture::spacing;
-            const Pixel pixel = CoarsePicture::between(row[column], row[column + 1], part);
-            // One threshold for all four keeps a premultiplied colour within its opacity.
-            const float threshold =
-                noise(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y));
-            line[x] = dithered(pixel[3], threshold) << 24 | dithered(pixel[0], threshold) << 16 |
-                      dithered(pixel[1], threshold) << 8 | dithered(pixel[2], threshold);
+            paintSpan(row[column], row[column + 1], x, y,
+                      std::min(CoarsePicture::spacing, pixels.width() - x), line + x);
         }
     }
     image.setDevicePixelRatio(scale);

@@ -25,7 +25,7 @@ StatusNotifierItem::~StatusNotifierItem() {
 }
 
 void StatusNotifierItem::setIcon(const Icon& icon) {
-    const bool isSame = icon.name == icon_.name && icon.pixmaps == icon_.pixmaps;
+    const bool isSame = icon.name == icon_.name;
     icon_ = icon;
     if (!isSame) {
         send(QStringLiteral("NewIcon"));

@@ -25,8 +25,9 @@ public:
     };
 
     struct Icon {
-        QString name;          ///< in the icon theme
-        StatusPixmaps pixmaps; ///< for panels whose theme does not have it
+        QString name; ///< in the icon theme
+        /// For panels whose theme does not have it; drawn when one asks.
+        std::function<StatusPixmaps()> pixmaps = [] { return StatusPixmaps(); };
         QString accessibilityDescription;
     };
 
@@ -34,6 +35,7 @@ public:
     StatusNotifierItem(QDBusConnection bus, const QString& menuPath, Requests requests);
     ~StatusNotifierItem() override;
 
+    /// An icon of another name is another picture.
     void setIcon(const Icon& icon);
     void setToolTip(const QString& toolTip);
 
@@ -87,7 +89,7 @@ public:
     static StatusPixmaps noPixmaps() { return {}; }
     static bool itemIsMenu() { return false; }
     QString iconName() const { return item_.icon().name; }
-    StatusPixmaps iconPixmap() const { return item_.icon().pixmaps; }
+    StatusPixmaps iconPixmap() const { return item_.icon().pixmaps(); }
     QString iconAccessibleDesc() const { return item_.icon().accessibilityDescription; }
     StatusToolTip toolTip() const;
     QDBusObjectPath menu() const { return QDBusObjectPath(item_.menuPath()); }

@@ -16,8 +16,6 @@ struct StatusPixmap {
     int width = 0;
     int height = 0;
     QByteArray argb;
-
-    bool operator==(const StatusPixmap&) const = default;
 };
 
 using StatusPixmaps = QList<StatusPixmap>;

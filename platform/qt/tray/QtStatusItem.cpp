@@ -50,7 +50,7 @@ void QtStatusItem::setImage(const StatusImage& image) {
     if (item_) {
         item_->setIcon(
             {.name = themeName(symbol),
-             .pixmaps = statusPixmaps(symbol),
+             .pixmaps = [symbol] { return statusPixmaps(symbol); },
              .accessibilityDescription = QString::fromStdString(image.accessibilityDescription)});
     }
     if (embedded_) {

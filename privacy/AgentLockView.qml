@@ -205,7 +205,7 @@ FocusScope {
             id: appleLock
 
             anchors.horizontalCenter: parent.horizontalCenter
-            width: implicitContentWidth
+            width: implicitWidth
             height: 14
             text: "Use Apple Lock Instead"
             onClicked: view.model.pressUseAppleLock()

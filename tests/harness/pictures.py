@@ -2,6 +2,9 @@
 
 import subprocess
 
+# Two layers of it, of at most one step each way.
+DITHERING = 4
+
 
 class Picture:
     """Pixels of a PPM, asked for in points when the picture was taken at a scale."""
@@ -31,6 +34,19 @@ class Picture:
         return self._pixel(
             int(self._origin[0] + x * self._scale), int(self._origin[1] + y * self._scale)
         )
+
+    def surface_colour(self, x, y, radius=2):
+        """The colour at a point; where its surroundings are even but for dithering, theirs in the mean."""
+        column, row = int(self._origin[0] + x * self._scale), int(self._origin[1] + y * self._scale)
+        pixels = [
+            self._pixel(column + right, row + down)
+            for right in range(-radius, radius + 1)
+            for down in range(-radius, radius + 1)
+        ]
+        channels = list(zip(*pixels))
+        if max(max(channel) - min(channel) for channel in channels) > DITHERING:
+            return self.colour(x, y)
+        return tuple(sum(channel) / len(channel) for channel in channels)
 
     def ink(self, left, top, right, bottom, brightness):
         """The box in points around what is at least so bright (0 to 255) inside an area; None if nothing is."""

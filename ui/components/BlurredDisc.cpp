@@ -8,7 +8,7 @@ namespace vigilo {
 
 namespace {
 
-constexpr std::size_t sampleCount = 513;
+constexpr std::size_t sampleCount = 129;
 constexpr double visibleDeviations = 4; ///< beyond these a Gaussian is below 1/10 000
 
 /// The value at x of the polynomial with these coefficients, the constant one first.

@@ -13,24 +13,21 @@ PlainButton {
     required property int currentIndex
     signal chosen(index: int)
 
-    readonly property ChoiceRows menu: menuLoader.item as ChoiceRows
+    // Whether the menu is on the screen; the menu itself says so.
+    property bool isOpen: false
 
-    // The menu is made when it is first wanted.
+    signal opened
+
+    // The menu is made when it is first wanted, and hears of its opening as of any later one.
     function open() {
-        if (!button.menu) {
+        if (menuLoader.status === Loader.Null) {
             menuLoader.setSource("ChoiceRows.qml", {
-                button: button,
-                label: button.label,
-                rows: button.rows,
-                rowSymbols: button.rowSymbols
+                button: button
             });
-            button.menu.chosen.connect(button.chosen);
         }
-        button.menu.show(button.currentIndex);
+        button.opened();
     }
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     horizontalPadding: 12
     verticalPadding: 9
     Accessible.role: Accessible.ButtonMenu
@@ -42,7 +39,7 @@ PlainButton {
 
     background: Rectangle {
         radius: height / 2
-        color: Theme.white(button.down || (button.menu && button.menu.visible) ? 0.19 : button.hovered ? 0.13 : 0.085)
+        color: Theme.white(button.down || button.isOpen ? 0.19 : button.hovered ? 0.13 : 0.085)
 
         FocusRing {
             radius: height / 2

@@ -8,28 +8,13 @@ import QtQuick.Templates as T
 T.Menu {
     id: menu
 
-    required property PlainButton button
-    required property string label
-    required property list<string> rows
-    required property list<string> rowSymbols
-
-    // The row that is chosen now; -1 for none.
-    property int choice: -1
-
-    signal chosen(index: int)
+    required property ChoiceMenu button
 
     // Who came by keyboard sees where the focus is when the menu has closed.
     property int focusReason: Qt.PopupFocusReason
 
-    function show(choice: int) {
-        menu.choice = choice;
-        menu.focusReason = menu.button.visualFocus ? Qt.TabFocusReason : Qt.PopupFocusReason;
-        menu.popup(menu.button, 0, menu.button.height + 6);
-        menu.currentIndex = Math.max(choice, 0);
-    }
-
     // The screen reader sees the item around the content.
-    onAboutToShow: menu.contentItem.parent.Accessible.name = menu.label
+    onAboutToShow: menu.contentItem.parent.Accessible.name = menu.button.label
     implicitWidth: Math.max(menu.button.width, contentItem.implicitWidth + 12)
     implicitHeight: contentItem.implicitHeight + 12
     padding: 6
@@ -37,6 +22,18 @@ T.Menu {
     modal: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     onClosed: menu.button.forceActiveFocus(menu.focusReason)
+
+    onVisibleChanged: menu.button.isOpen = visible
+
+    Connections {
+        target: menu.button
+
+        function onOpened() {
+            menu.focusReason = menu.button.visualFocus ? Qt.TabFocusReason : Qt.PopupFocusReason;
+            menu.popup(menu.button, 0, menu.button.height + 6);
+            menu.currentIndex = Math.max(menu.button.currentIndex, 0);
+        }
+    }
 
     background: Rectangle {
         radius: 12
@@ -64,7 +61,7 @@ T.Menu {
             }
             for (let step = 1; step <= menu.count; ++step) {
                 const index = (menu.currentIndex + step) % menu.count;
-                if (menu.rows[index].toLowerCase().startsWith(letter)) {
+                if (menu.button.rows[index].toLowerCase().startsWith(letter)) {
                     menu.currentIndex = index;
                     event.accepted = true;
                     return;
@@ -74,14 +71,14 @@ T.Menu {
     }
 
     Repeater {
-        model: menu.rows
+        model: menu.button.rows
 
         T.MenuItem {
             id: item
 
             required property int index
             required property string modelData
-            readonly property bool isCurrent: index === menu.choice
+            readonly property bool isCurrent: index === menu.button.currentIndex
 
             implicitWidth: 164
             implicitHeight: 30
@@ -91,7 +88,7 @@ T.Menu {
             onTriggered: {
                 // A press has turned the check mark over.
                 checked = Qt.binding(() => isCurrent);
-                menu.chosen(index);
+                menu.button.chosen(index);
             }
             Accessible.name: text
             Accessible.onPressAction: {
@@ -118,8 +115,8 @@ T.Menu {
 
                         SymbolIcon {
                             anchors.fill: parent
-                            name: item.isCurrent || menu.rowSymbols.length === 0 ? "checkmark" : menu.rowSymbols[item.index]
-                            visible: item.isCurrent || menu.rowSymbols.length > 0
+                            name: item.isCurrent || menu.button.rowSymbols.length === 0 ? "checkmark" : menu.button.rowSymbols[item.index]
+                            visible: item.isCurrent || menu.button.rowSymbols.length > 0
                         }
                     }
 

@@ -84,14 +84,32 @@ private:
     std::vector<Pixel> pixels_;
 };
 
-/// Even noise of 16 bits that is the same in every run; the mixing steps are those of a common
-/// 32-bit integer hash (two rounds of multiply and xor-shift).
-std::uint32_t noise(std::uint32_t x, std::uint32_t y) {
-    std::uint32_t hash = x * 0x9E3779B1U + y * 0x85EBCA77U;
-    hash = (hash ^ (hash >> 16)) * 0x7FEB352DU;
-    hash = (hash ^ (hash >> 15)) * 0x846CA68BU;
-    return (hash ^ (hash >> 16)) >> 16;
-}
+/// Even noise of 16 bits in a square that is repeated; the same in every run. The mixing steps are
+/// those of a common 32-bit integer hash (two rounds of multiply and xor-shift).
+class Noise {
+public:
+    Noise() {
+        std::uint32_t count = 0;
+        for (auto& row : values_) {
+            for (std::uint32_t& value : row) {
+                std::uint32_t hash = ++count * 0x9E3779B1U;
+                hash = (hash ^ (hash >> 16)) * 0x7FEB352DU;
+                hash = (hash ^ (hash >> 15)) * 0x846CA68BU;
+                value = (hash ^ (hash >> 16)) >> 16;
+            }
+        }
+    }
+
+    /// The values of the pixels from (x, y) on, as many as lie between two points.
+    const std::uint32_t* at(int x, int y) const {
+        return &values_[static_cast<std::size_t>(y % side)][static_cast<std::size_t>(x % side)];
+    }
+
+private:
+    static constexpr int side = 64;
+    static_assert(side % CoarsePicture::spacing == 0);
+    std::array<std::array<std::uint32_t, side>, side> values_{};
+};
 
 /// A channel along the pixels between two points, in steps of a 65536th of a channel's step: whole
 /// numbers, so that the compiler can take several pixels at a time.
@@ -111,16 +129,15 @@ struct Ramp {
     std::int32_t step;
 };
 
-/// The pixels from one point of a row to the next, `count` of them, dithered.
-void paintSpan(const Pixel& first, const Pixel& second, int x, int y, int count, QRgb* pixels) {
+/// The pixels from one point of a row to the next, dithered.
+void paintSpan(const Pixel& first, const Pixel& second, const std::uint32_t* noise, QRgb* pixels) {
     const Ramp red(first[0], second[0]);
     const Ramp green(first[1], second[1]);
     const Ramp blue(first[2], second[2]);
     const Ramp alpha(first[3], second[3]);
-    for (int pixel = 0; pixel < count; ++pixel) {
+    for (int pixel = 0; pixel < CoarsePicture::spacing; ++pixel) {
         // One threshold for all four keeps a premultiplied colour within its opacity.
-        const std::uint32_t threshold =
-            noise(static_cast<std::uint32_t>(x + pixel), static_cast<std::uint32_t>(y));
+        const std::uint32_t threshold = noise[pixel];
         pixels[pixel] = alpha.at(pixel, threshold) << 24 | red.at(pixel, threshold) << 16 |
                         green.at(pixel, threshold) << 8 | blue.at(pixel, threshold);
     }
@@ -156,20 +173,28 @@ void GlowField::paint(QPainter* painter) {
                           .color = premultiplied(glow->color)});
     }
     const CoarsePicture picture(pixels, premultiplied(ground_), lights);
-    std::vector<Pixel> row;
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < pixels.height(); ++y) {
-        picture.interpolateRow(y, row);
-        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < pixels.width(); x += CoarsePicture::spacing) {
-            const auto column = static_cast<std::size_t>(x / CoarsePicture::spacing);
-            paintSpan(row[column], row[column + 1], x, y,
-                      std::min(CoarsePicture::spacing, pixels.width() - x), line + x);
-        }
-    }
-    image.setDevicePixelRatio(scale);
     painter->setCompositionMode(QPainter::CompositionMode_Source);
-    painter->drawImage(QPointF(0, 0), image);
+    // Strip by strip: a whole picture would cost more for its memory than for its pixels.
+    constexpr int stripHeight = 16;
+    constexpr int spacing = CoarsePicture::spacing;
+    const int spans = (pixels.width() + spacing - 1) / spacing;
+    QImage strip(spans * spacing, stripHeight, QImage::Format_ARGB32_Premultiplied);
+    strip.setDevicePixelRatio(scale);
+    const Noise noise;
+    std::vector<Pixel> points;
+    for (int top = 0; top < pixels.height(); top += stripHeight) {
+        const int height = std::min(stripHeight, pixels.height() - top);
+        for (int y = 0; y < height; ++y) {
+            picture.interpolateRow(top + y, points);
+            auto* pixel = reinterpret_cast<QRgb*>(strip.scanLine(y));
+            for (int span = 0; span < spans; ++span, pixel += spacing) {
+                const auto point = static_cast<std::size_t>(span);
+                paintSpan(points[point], points[point + 1], noise.at(span * spacing, top + y),
+                          pixel);
+            }
+        }
+        painter->drawImage(QPointF(0, top / scale), strip, QRectF(0, 0, pixels.width(), height));
+    }
 }
 
 } // namespace vigilo

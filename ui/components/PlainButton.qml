@@ -1,30 +1,12 @@
 import QtQuick
-import QtQuick.Templates as T
+import Vigilo
 
-// A button without a look of its own that Return and Enter press like Space, once, however long held,
-// and that a screen reader can press.
-T.Button {
+// A button without a look of its own, as the screen reader knows it.
+ButtonArea {
     id: button
 
-    // An X server repeats a key as a release and a press, which the toolkit does not always see
-    // through when it is busy. No finger is that fast.
-    property int releasedKey: 0
-    property double releaseTime: 0
-
-    function pressByKey(event) {
-        const isRepeated = event.isAutoRepeat || event.key === releasedKey && Date.now() - releaseTime < 30;
-        if (!isRepeated) {
-            button.clicked();
-        }
-    }
-
-    focusPolicy: Qt.StrongFocus
+    Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.focusable: true
     Accessible.onPressAction: button.clicked()
-    Keys.onReturnPressed: event => pressByKey(event)
-    Keys.onEnterPressed: event => pressByKey(event)
-    Keys.onReleased: event => {
-        releasedKey = event.key;
-        releaseTime = Date.now();
-    }
 }

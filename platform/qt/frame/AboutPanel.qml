@@ -78,8 +78,8 @@ FocusScope {
             id: link
 
             anchors.horizontalCenter: parent.horizontalCenter
-            implicitWidth: implicitContentWidth + 12
-            implicitHeight: implicitContentHeight + 6
+            horizontalPadding: 6
+            verticalPadding: 3
             text: panel.homePage
             Accessible.role: Accessible.Link
             onClicked: Qt.openUrlExternally(panel.homePage)

@@ -7,9 +7,9 @@ import Vigilo.Frame
 T.Popup {
     id: popup
 
-    required property MenuModel menu
-    required property string title
+    required property WindowFrame frame
 
+    parent: frame
     x: parent.width - width - 8
     y: 30
     padding: 6
@@ -18,7 +18,15 @@ T.Popup {
     implicitWidth: implicitContentWidth + 12
     implicitHeight: implicitContentHeight + 12
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onAboutToShow: popup.menu.prepare()
+    onAboutToShow: popup.frame.mainMenu.prepare()
+
+    Connections {
+        target: popup.frame
+
+        function onMenuWanted() {
+            popup.open();
+        }
+    }
 
     background: Rectangle {
         radius: 12
@@ -28,8 +36,8 @@ T.Popup {
     }
 
     contentItem: MenuList {
-        menu: popup.menu
-        title: popup.title
+        menu: popup.frame.mainMenu
+        title: "Vigilo"
         focus: true
         onDismissed: popup.close()
     }

@@ -15,7 +15,7 @@ PlainButton {
 
     width: 20
     height: 20
-    focusPolicy: Qt.TabFocus
+    takesFocusByPointer: false
 
     background: Rectangle {
         radius: 10

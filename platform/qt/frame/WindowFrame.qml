@@ -11,16 +11,16 @@ Item {
 
     required property MenuModel mainMenu
 
-    // Made when it is first wanted.
+    signal menuWanted
+
+    // The menu is made when it is first wanted, and hears of its opening as of any later one.
     function openMenu() {
-        if (!menuLoader.item) {
+        if (menuLoader.status === Loader.Null) {
             menuLoader.setSource("MenuPopup.qml", {
-                parent: frame,
-                menu: frame.mainMenu,
-                title: "Vigilo"
+                frame: frame
             });
         }
-        (menuLoader.item as MenuPopup).open();
+        frame.menuWanted();
     }
 
     anchors.fill: parent

@@ -64,6 +64,7 @@ AwakeController::AwakeController(Environment environment)
       remainingLabel_(*this, std::string(idleRemainingLabel)) {}
 
 void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode) {
+    const std::uint64_t command = ++commands_;
     if (!isActive()) {
         const platform::PowerAssertion assertion =
             environment_.powerAssertions.create(assertionType, assertionOn, assertionName);
@@ -85,12 +86,11 @@ void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode)
         endDate_ = endAfter(environment_.wallClock.now(), *minutes);
         sessionLabel_ = std::string(activeSessionLabel);
         updateRemaining();
-        timer_ =
-            environment_.runLoop.scheduleRepeating(countdownInterval, [weak = weak_from_this()] {
-                if (const auto self = weak.lock()) {
-                    self->updateRemaining();
-                }
-            });
+        // A callback that has given another command has taken the countdown with it; a second one
+        // would tick beside its, and for ever.
+        if (commands_ == command) {
+            scheduleCountdown();
+        }
     } else {
         endDate_.reset();
         sessionLabel_ = std::string(activeSessionLabel);
@@ -100,6 +100,7 @@ void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode)
 }
 
 void AwakeController::stop() {
+    ++commands_;
     endSession(false);
 }
 
@@ -135,6 +136,14 @@ void AwakeController::endSession(bool expired) {
     }
 }
 
+void AwakeController::scheduleCountdown() {
+    timer_ = environment_.runLoop.scheduleRepeating(countdownInterval, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->updateRemaining();
+        }
+    });
+}
+
 void AwakeController::invalidateCountdown() {
     if (timer_) {
         timer_->invalidate();
@@ -150,6 +159,7 @@ void AwakeController::releaseAssertion() {
 }
 
 void AwakeController::tearDown() {
+    ++commands_;
     invalidateCountdown();
     if (agentMonitor_) {
         agentMonitor_->stop();

@@ -97,6 +97,7 @@ private:
     void endSession(bool expired);
     void activateAppleLockScreen();
     void publishAgents(std::vector<AgentSession> sessions);
+    void scheduleCountdown();
     void invalidateCountdown();
     void releaseAssertion();
 
@@ -109,6 +110,7 @@ private:
     std::uint32_t assertionID_ = 0;
     std::optional<std::chrono::system_clock::time_point> endDate_;
     std::shared_ptr<platform::Timer> timer_;
+    std::uint64_t commands_ = 0; ///< how often a session was started, stopped or torn down
     std::shared_ptr<AgentMonitor> agentMonitor_;
 };
 

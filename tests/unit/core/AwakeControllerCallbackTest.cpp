@@ -53,6 +53,31 @@ TEST_F(AwakeControllerCallbacks, mayCallBackIntoTheController) {
     EXPECT_EQ(power.held.size(), 1u);
 }
 
+TEST_F(AwakeControllerCallbacks, mayReplaceTheSessionThatIsStartingAndItsCountdown) {
+    controller->onStatusRefresh = [&] {
+        controller->onStatusRefresh = nullptr;
+        controller->start(60);
+    };
+    controller->start(30);
+    EXPECT_EQ(controller->remainingLabel(), "59m remaining");
+    EXPECT_EQ(runLoop.liveTimers(), 1u);
+    controller->tearDown();
+    EXPECT_EQ(runLoop.liveTimers(), 0u);
+}
+
+TEST_F(AwakeControllerCallbacks, mayEndTheSessionThatIsStartingAndItsCountdown) {
+    const std::vector<std::function<void()>> ends{
+        [&] { controller->stop(); },
+        [&] { controller->tearDown(); },
+        [&] { controller->start(std::nullopt); },
+    };
+    for (const auto& end : ends) {
+        controller->onStatusRefresh = end;
+        controller->start(30);
+        EXPECT_EQ(runLoop.liveTimers(), 0u);
+    }
+}
+
 TEST_F(AwakeControllerCallbacks, mayClearThemselves) {
     int calls = 0;
     controller->onStateChange = [&] {

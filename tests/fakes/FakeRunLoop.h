@@ -37,12 +37,15 @@ public:
 
     void runInBackground(Task task) override { background_.push_back(std::move(task)); }
 
-    /// Moves time on in steps of 10 ms, the wall clock with it, and runs what falls due.
+    /// Moves time on, the wall clock with it, and runs what falls due at its time.
     void advance(std::chrono::milliseconds duration) {
-        constexpr std::chrono::milliseconds step{10};
-        for (std::chrono::milliseconds done{0}; done < duration; done += step) {
-            elapsed_ += step;
-            clock_.advance(step);
+        runPosted();
+        const std::chrono::milliseconds end = elapsed_ + duration;
+        // A task may itself advance time, past the end too.
+        while (elapsed_ < end) {
+            const std::chrono::milliseconds next = std::clamp(nextDue(), elapsed_, end);
+            clock_.advance(next - elapsed_);
+            elapsed_ = next;
             runDue();
         }
     }
@@ -89,6 +92,20 @@ private:
         std::chrono::milliseconds due;
         Task task;
     };
+
+    /// When the next timer or delayed task falls due; never, where there is none.
+    std::chrono::milliseconds nextDue() const {
+        auto next = std::chrono::milliseconds::max();
+        for (const auto& timer : timers_) {
+            if (timer->isValid) {
+                next = std::min(next, timer->due);
+            }
+        }
+        for (const Delayed& delayed : delayed_) {
+            next = std::min(next, delayed.due);
+        }
+        return next;
+    }
 
     void runDue() {
         const auto timers = timers_; // an action may schedule or invalidate timers

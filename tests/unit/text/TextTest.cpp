@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -78,6 +80,36 @@ TEST(Utf8, isRecognised) {
     for (const std::string_view text : {"\xFF", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80",
                                         "\xE2\x82", "\x80", "\xF0\x80\x80\x80"}) {
         EXPECT_FALSE(isUtf8(text));
+    }
+}
+
+/// The bytes of a code point by the formula alone, which surrogates and overlong forms follow too.
+std::string bytesOf(char32_t codePoint, std::size_t length) {
+    constexpr std::array<unsigned, 5> marks{0, 0, 0xC0, 0xE0, 0xF0};
+    std::string bytes(length, '\0');
+    for (std::size_t index = length - 1; index > 0; --index) {
+        bytes[index] = static_cast<char>(0x80U | (codePoint & 0x3FU));
+        codePoint >>= 6;
+    }
+    bytes[0] = static_cast<char>(marks.at(length) | codePoint);
+    return bytes;
+}
+
+TEST(Utf8, givesEveryCodePointBackFromItsShortestFormOnly) {
+    constexpr std::array<char32_t, 5> beyond{0, 0x80, 0x800, 0x10000, 0x200000};
+    for (std::size_t length = 2; length < beyond.size(); ++length) {
+        for (char32_t codePoint = 0; codePoint < beyond.at(length); ++codePoint) {
+            const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+            const bool isValid =
+                codePoint >= beyond.at(length - 1) && codePoint <= 0x10FFFF && !isSurrogate;
+            const Decoded decoded = decodeFirst(bytesOf(codePoint, length));
+            ASSERT_EQ(decoded.isValid, isValid)
+                << std::hex << static_cast<std::uint32_t>(codePoint) << " in " << length;
+            if (isValid) {
+                ASSERT_TRUE(decoded.codePoint == codePoint);
+                ASSERT_EQ(decoded.length, length);
+            }
+        }
     }
 }
 

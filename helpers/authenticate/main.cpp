@@ -68,7 +68,8 @@ bool isPasswordLocked(const char* user) {
     if (geteuid() != 0) {
         return false;
     }
-    const spwd* const entry = getspnam(user);
+    // This program has one thread.
+    const spwd* const entry = getspnam(user); // cppcheck-suppress getspnamCalled
     return entry == nullptr || entry->sp_pwdp == nullptr || entry->sp_pwdp[0] == '!' ||
            entry->sp_pwdp[0] == '*';
 }
@@ -117,8 +118,8 @@ int main() {
     // Before the process is closed to itself, too: where it is installed cannot be seen afterwards.
     const auto used = service();
     harden();
-    // The user who runs this, never a name from the environment.
-    const passwd* const user = getpwuid(getuid());
+    // The user who runs this, never a name from the environment. One thread, here too.
+    const passwd* const user = getpwuid(getuid()); // cppcheck-suppress getpwuidCalled
     if (user == nullptr || !used || isPasswordLocked(user->pw_name)) {
         send(FrameKind::impossible, "");
         return EXIT_FAILURE;

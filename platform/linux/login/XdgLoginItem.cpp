@@ -8,6 +8,7 @@
 #include "text/Unicode.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
@@ -48,8 +49,12 @@ fs::path homeFolder() {
     if (!home.empty()) {
         return home;
     }
-    const passwd* const user = getpwuid(getuid());
-    return user == nullptr ? fs::path() : fs::path(user->pw_dir);
+    // Not getpwuid(): its answer is shared with whatever else in this process looks users up.
+    std::array<char, 16384> buffer{};
+    passwd entry{};
+    passwd* user = nullptr;
+    const int status = getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &user);
+    return status != 0 || user == nullptr ? fs::path() : fs::path(user->pw_dir);
 }
 
 /// Something is there under this name, be it a link that leads nowhere.

@@ -123,7 +123,7 @@ void DesktopPowerAssertions::retake(std::uint32_t id, bool needsSessionBus) {
 void DesktopPowerAssertions::finishRetake(std::uint32_t id, bool needsSessionBus) {
     Held& held = held_.at(id);
     const auto finished = std::exchange(held.retake, nullptr);
-    std::optional<InhibitionResult> result = finished->result(0ms);
+    std::optional<InhibitionResult> result = finished->result(std::chrono::milliseconds::zero());
     if (result && result->status == 0) {
         hold(id, std::move(*result));
         return;

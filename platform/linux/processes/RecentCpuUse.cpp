@@ -8,6 +8,7 @@ namespace vigilo::platform {
 namespace {
 
 using namespace std::chrono_literals;
+using std::chrono::nanoseconds;
 using Seconds = std::chrono::duration<double>;
 
 constexpr Seconds timeConstant = 20s;
@@ -30,7 +31,7 @@ RecentCpuUse::Average RecentCpuUse::firstSeen(const CpuReading& reading) {
                     .cpuTime = reading.cpuTime,
                     .at = reading.now,
                     .isSeen = true};
-    if (reading.age > 0ns && reading.age < youngAge) {
+    if (reading.age > nanoseconds::zero() && reading.age < youngAge) {
         // Its whole life counts as observed, at an even use.
         average.observed = reading.age;
         average.decayed = Seconds(reading.cpuTime) / Seconds(reading.age) * weight(reading.age);
@@ -42,10 +43,10 @@ double RecentCpuUse::percent(const CpuReading& reading) {
     const auto [found, isNew] = averages_.try_emplace(reading.pid);
     Average& average = found->second;
     const auto passed = reading.now - average.at;
-    if (isNew || average.startTime != reading.startTime || passed < 0ns || passed > longestGap ||
-        reading.cpuTime < average.cpuTime) {
+    if (isNew || average.startTime != reading.startTime || passed < nanoseconds::zero() ||
+        passed > longestGap || reading.cpuTime < average.cpuTime) {
         average = firstSeen(reading);
-    } else if (passed > 0ns) {
+    } else if (passed > nanoseconds::zero()) {
         const double use = Seconds(reading.cpuTime - average.cpuTime) / Seconds(passed);
         const double share = weight(passed);
         average.decayed = average.decayed * (1 - share) + use * share;
@@ -54,7 +55,9 @@ double RecentCpuUse::percent(const CpuReading& reading) {
         average.at = reading.now;
     }
     average.isSeen = true;
-    return average.observed > 0s ? toPercent(average.decayed / weight(average.observed)) : 0.0;
+    return average.observed > nanoseconds::zero()
+               ? toPercent(average.decayed / weight(average.observed))
+               : 0.0;
 }
 
 void RecentCpuUse::forgetUnseen() {

@@ -11,10 +11,29 @@ namespace vigilo {
 
 namespace {
 
+template <auto destroy>
+struct Destroy {
+    template <typename Object>
+    void operator()(Object* object) const {
+        destroy(object);
+    }
+};
+
+/// An object of the protocol; the connection does not take it along when it closes.
+template <typename Object, auto destroy>
+using Owned = std::unique_ptr<Object, Destroy<destroy>>;
+
+using Display = Owned<wl_display, wl_display_disconnect>;
+using Registry = Owned<wl_registry, wl_registry_destroy>;
+using Output = Owned<wl_output, wl_output_destroy>;
+using OutputPower = Owned<zwlr_output_power_v1, zwlr_output_power_v1_destroy>;
+using OutputPowerManager =
+    Owned<zwlr_output_power_manager_v1, zwlr_output_power_manager_v1_destroy>;
+
 /// What the compositor offers of the things that are needed here.
 struct Globals {
-    zwlr_output_power_manager_v1* manager = nullptr;
-    std::vector<wl_output*> outputs;
+    OutputPowerManager manager;
+    std::vector<Output> outputs;
 };
 
 void add(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
@@ -22,10 +41,10 @@ void add(void* data, wl_registry* registry, std::uint32_t name, const char* inte
     auto& globals = *static_cast<Globals*>(data);
     const std::string_view offered = interface;
     if (offered == zwlr_output_power_manager_v1_interface.name) {
-        globals.manager = static_cast<zwlr_output_power_manager_v1*>(
-            wl_registry_bind(registry, name, &zwlr_output_power_manager_v1_interface, 1));
+        globals.manager.reset(static_cast<zwlr_output_power_manager_v1*>(
+            wl_registry_bind(registry, name, &zwlr_output_power_manager_v1_interface, 1)));
     } else if (offered == wl_output_interface.name) {
-        globals.outputs.push_back(
+        globals.outputs.emplace_back(
             static_cast<wl_output*>(wl_registry_bind(registry, name, &wl_output_interface, 1)));
     }
 }
@@ -37,23 +56,23 @@ constexpr wl_registry_listener registryListener{.global = add, .global_remove = 
 } // namespace
 
 void sleepWaylandDisplays() {
-    // Everything that is bound goes with the connection.
-    const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
-        wl_display_connect(nullptr), &wl_display_disconnect);
+    const Display display(wl_display_connect(nullptr));
     if (!display) {
         return;
     }
     Globals globals;
-    wl_registry* const registry = wl_display_get_registry(display.get());
-    wl_registry_add_listener(registry, &registryListener, &globals);
+    const Registry registry(wl_display_get_registry(display.get()));
+    wl_registry_add_listener(registry.get(), &registryListener, &globals);
     wl_display_roundtrip(display.get());
-    if (globals.manager == nullptr) {
+    if (!globals.manager) {
         return;
     }
-    for (wl_output* const output : globals.outputs) {
-        zwlr_output_power_v1_set_mode(
-            zwlr_output_power_manager_v1_get_output_power(globals.manager, output),
-            ZWLR_OUTPUT_POWER_V1_MODE_OFF);
+    std::vector<OutputPower> powers;
+    powers.reserve(globals.outputs.size());
+    for (const Output& output : globals.outputs) {
+        powers.emplace_back(
+            zwlr_output_power_manager_v1_get_output_power(globals.manager.get(), output.get()));
+        zwlr_output_power_v1_set_mode(powers.back().get(), ZWLR_OUTPUT_POWER_V1_MODE_OFF);
     }
     wl_display_roundtrip(display.get());
 }

@@ -32,8 +32,12 @@ class PowerDriver:
         return self
 
     def __exit__(self, *_):
-        end(self._process)
+        # The end of its input ends it in the orderly way.
         self._process.stdin.close()
+        try:
+            self._process.wait(5)
+        except subprocess.TimeoutExpired:
+            end(self._process)
         self._process.stdout.close()
 
     def _line(self):

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QSocketNotifier>
 
 #include <unistd.h>
@@ -43,11 +44,8 @@ void obey(vigilo::platform::DesktopPowerAssertions& assertions, const std::strin
     std::fflush(stdout);
 }
 
-} // namespace
-
-int main(int argc, char* argv[]) {
-    const QCoreApplication application(argc, argv);
-    const bool isSandboxed = argc > 1 && std::string_view(argv[1]) == "sandboxed";
+/// Takes and gives back until the end of the input; the status to end with.
+int run(bool isSandboxed) {
     vigilo::platform::QtRunLoop runLoop;
     vigilo::platform::DesktopPowerAssertions assertions(runLoop, isSandboxed);
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
@@ -65,5 +63,17 @@ int main(int argc, char* argv[]) {
     if (assertions.isRequestUnderWay()) {
         std::_Exit(status);
     }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    const QCoreApplication application(argc, argv);
+    const int status = run(argc > 1 && std::string_view(argv[1]) == "sandboxed");
+    // The library sends the last calls from a thread of its own and forgets those that it has not
+    // come to when the process ends. It takes this after them, and answers.
+    QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent/bus"),
+                                  QStringLiteral("last"));
     return status;
 }

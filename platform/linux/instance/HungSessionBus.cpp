@@ -31,7 +31,7 @@ bool hangs() {
     while (sd_bus_is_ready(bus.get()) == 0) {
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
-        if (left <= 0us) {
+        if (left.count() <= 0) {
             return true;
         }
         const int processed = sd_bus_process(bus.get(), nullptr);

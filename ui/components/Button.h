@@ -30,9 +30,9 @@ class Button : public QQuickItem {
 public:
     explicit Button(QQuickItem* parent = nullptr);
 
-    QQuickItem* background() const { return background_; }
+    QQuickItem* background() const { return background_.data(); }
     void setBackground(QQuickItem* background);
-    QQuickItem* contentItem() const { return contentItem_; }
+    QQuickItem* contentItem() const { return contentItem_.data(); }
     void setContentItem(QQuickItem* contentItem);
     double horizontalPadding() const { return horizontalPadding_; }
     void setHorizontalPadding(double padding);

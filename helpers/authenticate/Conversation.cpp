@@ -60,6 +60,10 @@ void discard(pam_response* responses, int count) {
     std::free(responses);
 }
 
+bool isQuestion(const pam_message& message) {
+    return message.msg_style == PAM_PROMPT_ECHO_OFF || message.msg_style == PAM_PROMPT_ECHO_ON;
+}
+
 int converse(int count, const pam_message** messages, pam_response** answers, void*) {
     if (count <= 0 || count > PAM_MAX_NUM_MSG) {
         return PAM_CONV_ERR;
@@ -101,6 +105,16 @@ int converse(int count, const pam_message** messages, pam_response** answers, vo
     return PAM_SUCCESS;
 }
 
+int converseWithoutQuestions(int count, const pam_message** messages, pam_response** answers,
+                             void* data) {
+    for (int index = 0; index < count; ++index) {
+        if (isQuestion(*messages[index])) {
+            return PAM_CONV_ERR;
+        }
+    }
+    return converse(count, messages, answers, data);
+}
+
 } // namespace
 
 void send(FrameKind kind, std::string_view text) {
@@ -119,6 +133,10 @@ void send(FrameKind kind, std::string_view text) {
 
 pam_conv conversation() {
     return {.conv = converse, .appdata_ptr = nullptr};
+}
+
+pam_conv conversationWithoutQuestions() {
+    return {.conv = converseWithoutQuestions, .appdata_ptr = nullptr};
 }
 
 void reportDelay(int, unsigned microseconds, void*) {

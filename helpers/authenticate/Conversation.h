@@ -18,6 +18,9 @@ void send(FrameKind kind, std::string_view text);
 /// that is no proper frame ends the process.
 pam_conv conversation();
 
+/// The same without questions: a module that asks one gets an error.
+pam_conv conversationWithoutQuestions();
+
 /// For PAM_FAIL_DELAY: passes the delay on instead of waiting for it.
 void reportDelay(int status, unsigned microseconds, void* data);
 

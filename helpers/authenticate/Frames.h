@@ -34,6 +34,10 @@ inline constexpr std::size_t headerSize = 3;
 /// says that nothing could be found out.
 inline constexpr int refusedStatus = 3;
 
+/// The helper's only argument, where a finger is to be shown instead of what the system asks
+/// everybody. It asks nothing then.
+inline constexpr std::string_view fingerprintArgument = "fingerprint";
+
 struct Frame {
     FrameKind kind = FrameKind::error;
     std::string text;

@@ -1,5 +1,6 @@
 // Proves that whoever is at the keyboard is the user that runs this program: one PAM conversation
-// over descriptor 3, then the end. Only a success frame together with exit status 0 means yes.
+// over descriptor 3, then the end. Only a success frame together with exit status 0 means yes. With
+// the argument "fingerprint" a finger on the reader is the proof, and nothing is asked.
 #include "helpers/authenticate/Conversation.h"
 
 #include <csignal>
@@ -43,14 +44,23 @@ bool exists(const std::string& path) {
     return access(path.c_str(), R_OK) == 0;
 }
 
+bool isOneOfTheSystem(const std::string& service) {
+    return exists("/etc/pam.d/" + service) || exists("/usr/lib/pam.d/" + service);
+}
+
+/// Where the service files are that come with this program.
+std::filesystem::path ownFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "pam";
+}
+
 /// Ours where it is installed; else one of ours that includes what the system asks everybody; else
 /// the one of the console. Never "other", which may let everybody in.
-std::optional<Service> service() {
-    if (exists("/etc/pam.d/vigilo") || exists("/usr/lib/pam.d/vigilo")) {
+std::optional<Service> passwordService() {
+    if (isOneOfTheSystem("vigilo")) {
         return Service{.name = "vigilo", .folder = std::nullopt};
     }
-    std::error_code error;
-    const auto own = std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "pam";
+    const auto own = ownFolder();
     for (const char* const included : {"common-auth", "system-auth"}) {
         if (exists(std::string("/etc/pam.d/") + included) &&
             exists((own / included / "vigilo").string())) {
@@ -59,6 +69,19 @@ std::optional<Service> service() {
     }
     if (exists("/etc/pam.d/login")) {
         return Service{.name = "login", .folder = std::nullopt};
+    }
+    return std::nullopt;
+}
+
+/// What the system's administrator says, else ours: without either there are no fingerprints.
+std::optional<Service> fingerprintService() {
+    const std::string name = "vigilo-fingerprint";
+    if (isOneOfTheSystem(name)) {
+        return Service{.name = name, .folder = std::nullopt};
+    }
+    const auto folder = ownFolder() / "fingerprint";
+    if (exists((folder / name).string())) {
+        return Service{.name = name, .folder = folder.string()};
     }
     return std::nullopt;
 }
@@ -89,8 +112,7 @@ bool isRefusal(int status) {
     }
 }
 
-int authenticate(const Service& service, const char* user) {
-    const pam_conv conversing = conversation();
+int authenticate(const Service& service, const pam_conv& conversing, const char* user) {
     pam_handle_t* handle = nullptr;
     int status = service.folder ? pam_start_confdir(service.name.c_str(), user, &conversing,
                                                     service.folder->c_str(), &handle)
@@ -114,15 +136,17 @@ int authenticate(const Service& service, const char* user) {
 
 } // namespace
 
-int main() {
+int main(int argc, char* argv[]) {
+    const bool isByFinger = argc > 1 && argv[1] == fingerprintArgument;
     // Before the process is closed to itself, too: where it is installed cannot be seen afterwards.
-    const auto used = service();
+    const auto used = isByFinger ? fingerprintService() : passwordService();
     harden();
     // The user who runs this, never a name from the environment. One thread, here too.
     const passwd* const user = getpwuid(getuid()); // cppcheck-suppress getpwuidCalled
-    if (user == nullptr || !used || isPasswordLocked(user->pw_name)) {
+    if (user == nullptr || !used || (!isByFinger && isPasswordLocked(user->pw_name))) {
         send(FrameKind::impossible, "");
         return EXIT_FAILURE;
     }
-    return authenticate(*used, std::string(user->pw_name).c_str());
+    return authenticate(*used, isByFinger ? conversationWithoutQuestions() : conversation(),
+                        std::string(user->pw_name).c_str());
 }

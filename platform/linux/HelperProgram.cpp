@@ -22,7 +22,7 @@ std::string helperPath(std::string_view name) {
     return (program.parent_path().parent_path() / "libexec" / "vigilo" / name).string();
 }
 
-StartedHelper startHelper(std::string_view name) {
+StartedHelper startHelper(std::string_view name, const std::string& argument) {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         fatal("no socket pair for a helper program");
@@ -30,7 +30,11 @@ StartedHelper startHelper(std::string_view name) {
     StartedHelper helper{.pid = -1, .socket = FileDescriptor(ends[0])};
     const FileDescriptor theirs(ends[1]);
     const std::string path = helperPath(name);
-    const std::array arguments{const_cast<char*>(path.c_str()), static_cast<char*>(nullptr)};
+    const std::array arguments{
+        const_cast<char*>(path.c_str()),
+        argument.empty() ? nullptr : const_cast<char*>(argument.c_str()),
+        static_cast<char*>(nullptr),
+    };
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     if (theirs.number() == helperSocket) {

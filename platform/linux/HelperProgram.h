@@ -19,8 +19,9 @@ struct StartedHelper {
     FileDescriptor socket;
 };
 
-/// Starts a helper with a connection on its descriptor 3. One that cannot be started leaves a
-/// connection whose other end is closed. A process without descriptors left stops with a message.
-StartedHelper startHelper(std::string_view name);
+/// Starts a helper with a connection on its descriptor 3 and, unless it is empty, one argument. One
+/// that cannot be started leaves a connection whose other end is closed. A process without
+/// descriptors left stops with a message.
+StartedHelper startHelper(std::string_view name, const std::string& argument = {});
 
 } // namespace vigilo::platform

@@ -19,6 +19,8 @@ VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 DESKTOP = b"\xff\x00\xff"
+PLACE = "Place your finger on the reader"
+NOT_RECOGNISED = "The fingerprint was not recognised. Use the password."
 NOT_RIGHT = "That password is not right."
 NOT_NOW = "The password cannot be checked now. Try again or use Apple Lock."
 
@@ -102,9 +104,16 @@ class UnlockPrompt(unittest.TestCase):
         wait_until(self.prompt, "the prompt")
 
     def helpers(self):
-        """Process ids of the helpers of our program."""
+        """Process ids of the helpers of our program that ask for a password."""
+        return self.children("vigilo-authenticate$")
+
+    def fingers(self):
+        """And of those that wait for a finger."""
+        return self.children("vigilo-authenticate fingerprint$")
+
+    def children(self, pattern):
         found = subprocess.run(
-            ["pgrep", "-P", str(self.vigilo.pid), "-f", "vigilo-authenticate"],
+            ["pgrep", "-P", str(self.vigilo.pid), "-f", pattern],
             check=False, stdout=subprocess.PIPE, text=True,
         ).stdout
         return [int(pid) for pid in found.split()]
@@ -115,7 +124,7 @@ class UnlockPrompt(unittest.TestCase):
     def stay_locked(self):
         self.display.key("Escape")
         wait_until(lambda: not self.prompt(), "the prompt to go")
-        wait_until(lambda: not self.helpers(), "the helper to end")
+        wait_until(lambda: not self.helpers() + self.fingers(), "the helpers to end")
         self.assertTrue(self.is_covered())
 
     def unlock(self):
@@ -123,9 +132,99 @@ class UnlockPrompt(unittest.TestCase):
 
     def unlock_with(self, *keys):
         self.display.key(*keys)
+        self.is_unlocked()
+
+    def is_unlocked(self):
         wait_until(lambda: not self.is_covered(), "the lock to go")
         self.assertIsNone(self.vigilo.poll())
-        self.assertEqual(self.helpers(), [])
+        wait_until(lambda: not self.helpers() + self.fingers(), "the helpers to end")
+
+    def test_a_finger_unlocks_while_the_password_is_asked_for(self):
+        sensor = self.pam.sensor()
+        self.open()
+        self.wait_for_message(PLACE)
+        self.assertEqual(self.question(), ["Password"])
+        for _ in range(2):
+            sensor.touch("wrong")
+            self.wait_for_message("Failed to match fingerprint")
+            self.assertTrue(self.is_covered())
+        # Typed, but not yet given up: the finger needs none of it.
+        self.display.key(*"wro")
+        sensor.touch("right")
+        self.is_unlocked()
+
+    def test_a_finger_unlocks_while_the_password_hangs_or_cannot_be_checked(self):
+        sensor = self.pam.sensor()
+        for steps, message in ((["hang"], []), (["broken"], [NOT_NOW])):
+            with self.subTest(steps=steps):
+                self.pam.does(*steps)
+                self.open()
+                wait_until(lambda said=message: self.message() == said + [PLACE], "what is said")
+                sensor.touch("right")
+                self.is_unlocked()
+                self.lock()
+
+    def test_the_password_is_taken_while_a_finger_is_waited_for(self):
+        sensor = self.pam.sensor()
+        self.open()
+        self.wait_for_message(PLACE)
+        sensor.touch("wrong")
+        self.submit("wrong")
+        wait_until(lambda: self.message() == [NOT_RIGHT, "Failed to match fingerprint"], "both messages")
+        self.assertTrue(self.is_covered())
+        self.unlock()
+
+    def test_a_finger_that_is_not_the_owner_s_leaves_the_password(self):
+        sensor = self.pam.sensor()
+        self.open()
+        self.wait_for_message(PLACE)
+        sensor.touch("last")
+        self.wait_for_message(NOT_RECOGNISED)
+        self.assertTrue(self.is_covered())
+        self.unlock()
+
+    def test_a_reader_that_is_pulled_out_is_forgotten(self):
+        sensor = self.pam.sensor()
+        self.open()
+        self.wait_for_message(PLACE)
+        sensor.touch("gone")
+        wait_until(lambda: self.message() == [], "the hint to go")
+        self.assertTrue(self.is_covered())
+        self.stay_locked()
+        # Escape ends the wait for a finger, too.
+        self.open()
+        self.wait_for_message(PLACE)
+        self.stay_locked()
+        self.open()
+        self.unlock()
+
+    def test_a_reader_that_fails_in_any_way_shows_nothing_and_unlocks_nothing(self):
+        ways = (
+            ["crash"], ["exit"], ["rubbish", "hang"], ["odd", "broken"], ["broken"], ["forge"], ["hang"],
+            ["ask", "Password:"], ["ask", "Password:", "exit"], None,
+        )
+        for steps in ways:
+            with self.subTest(steps=steps):
+                if steps is None:
+                    self.pam.finger_has_no_module()
+                else:
+                    self.pam.finger_does(*steps)
+                self.open()
+                self.wait_for_question("Password")
+                if steps != ["hang"] and steps != ["rubbish", "hang"]:
+                    wait_until(lambda: not self.fingers(), "the end of the attempt")
+                self.assertEqual(self.question(), ["Password"])
+                self.assertTrue(self.is_covered())
+                self.submit("wrong")
+                self.wait_for_message(NOT_RIGHT)
+                self.unlock()
+                self.lock()
+
+    def test_a_reader_that_never_stops_talking_stops_nothing_else(self):
+        self.pam.finger_does("endless")
+        self.open()
+        self.wait_for_message("and so on")
+        self.unlock()
 
     def test_a_wrong_answer_is_said_and_can_be_mended(self):
         self.open()

@@ -5,6 +5,8 @@ import shutil
 import subprocess
 import tempfile
 
+from .processes import wait_until
+
 
 class OddPam:
     """Makes commands whose authentication goes through the module for tests; `module` is its file. They
@@ -39,10 +41,28 @@ class OddPam:
 
     def does(self, *steps):
         """What the module does from the next attempt on."""
-        path = os.path.join(self._services, "vigilo")
+        self._write("vigilo", steps)
+
+    def finger_does(self, *steps):
+        """The same where the fingerprint reader's module would be asked; it is missing until this is called."""
+        self._write("vigilo-fingerprint", steps)
+
+    def finger_has_no_module(self):
+        """The same with a module that is not installed."""
+        with open(os.path.join(self._services, "vigilo-fingerprint"), "w", encoding="utf-8") as file:
+            file.write("-auth required pam_that_is_not_installed.so\n")
+
+    def _write(self, service, steps):
+        path = os.path.join(self._services, service)
         with open(path + ".new", "w", encoding="utf-8") as file:
             file.write("auth required %s %s\n" % (self._module, " ".join(steps)))
         os.rename(path + ".new", path)
+
+    def sensor(self):
+        """A fingerprint reader, there from the next attempt on."""
+        sensor = Sensor(os.path.join(self.folder, "sensor"))
+        self.finger_does("sensor", sensor.path)
+        return sensor
 
     def command(self, *command):
         script = """set -e
@@ -51,3 +71,22 @@ class OddPam:
             mount --bind "$0/pam.d" /etc/pam.d
             exec "$@" """
         return ["unshare", "-m", "bash", "-c", script, self.folder, *command]
+
+
+class Sensor:
+    """A fingerprint reader that is a pipe to the module for tests."""
+
+    def __init__(self, path):
+        self.path = path
+        os.mkfifo(path)
+
+    def touch(self, finger):
+        """A finger on it: "right", "wrong", "last" (wrong once too often), or "gone" when it is unplugged."""
+        with open(wait_until(self._opened, "the module to read"), "w", encoding="utf-8") as pipe:
+            pipe.write(finger + "\n")
+
+    def _opened(self):
+        try:
+            return os.open(self.path, os.O_WRONLY | os.O_NONBLOCK)
+        except OSError:
+            return None  # nobody reads

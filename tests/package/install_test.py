@@ -34,7 +34,9 @@ class Install(unittest.TestCase):
     def test_the_program_and_its_helpers_are_there_and_may_be_run(self):
         for name in ("bin/vigilo", *("libexec/vigilo/vigilo-" + helper for helper in ("authenticate", "guard", "lock"))):
             self.assertTrue(os.stat(self.path(name)).st_mode & stat.S_IXOTH, name)
-        for name in ("libexec/vigilo/pam/common-auth/vigilo", "etc/pam.d/vigilo"):
+        for name in (
+            "libexec/vigilo/pam/common-auth/vigilo", "libexec/vigilo/pam/fingerprint/vigilo-fingerprint", "etc/pam.d/vigilo",
+        ):
             self.assertTrue(os.path.exists(self.path(name)), name)
 
     def test_the_systems_own_programs_are_configured_outside_of_their_prefix(self):

@@ -33,11 +33,11 @@ def frame(kind, text):
 class Helper:
     """A running helper and the program's end of the connection."""
 
-    def __init__(self, pam, *between, also=()):
+    def __init__(self, pam, *between, also=(), arguments=()):
         self._socket, theirs = socket.socketpair()
         self._socket.settimeout(20)
         self.process = subprocess.Popen(
-            pam.command(*between, HELPER),
+            pam.command(*between, HELPER, *arguments),
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
             pass_fds=[3, *also],
             preexec_fn=lambda: (die_with_parent(), os.dup2(theirs.fileno(), 3)),
@@ -112,6 +112,27 @@ class Authenticate(unittest.TestCase):
                 helper.answer(answer)
                 self.assertEqual(helper.rest().replace("D", ""), frames)
                 self.assertEqual(helper.process.wait(20), status)
+
+    def test_a_finger_is_asked_of_its_own_service_and_no_question_is_put(self):
+        for steps, frames, status in (
+            (["say", "Touch"], "IS", 0), (["ask", "Password:"], "", REFUSED), (["broken"], "", 1),
+            (["say", "Touch", "ask", "PIN"], "I", REFUSED), (None, "", 1),
+        ):
+            with self.subTest(steps=steps):
+                if steps is None:
+                    self.pam.finger_has_no_module()
+                else:
+                    self.pam.finger_does(*steps)
+                with Helper(self.pam, arguments=["fingerprint"]) as helper:
+                    self.assertEqual(helper.rest().replace("D", ""), frames)
+                    self.assertEqual(helper.process.wait(20), status)
+
+    def test_without_a_module_for_fingers_no_finger_is_the_owner_s(self):
+        # Neither a service of the system's nor, on this machine, the module of ours.
+        self.pam.does("say", "Anybody")
+        with Helper(self.pam, arguments=["fingerprint"]) as helper:
+            self.assertEqual(helper.rest().replace("D", ""), "")
+            self.assertEqual(helper.process.wait(20), 1)
 
     def test_bytes_that_are_no_answer_end_it(self):
         for data in (

@@ -1,17 +1,25 @@
 // A PAM module for tests that behaves as its arguments say, one after another:
-//   ask TEXT        asks with this text ("_" stands for a blank); wrong unless it is answered by
-//   "right" say TEXT        has something to say hang            does not come back crash reads
-//   from nowhere exit            ends the whole process as if all were well forge           says
-//   over the program's own connection that it is the owner, and fails rubbish         writes bytes
-//   of no meaning to that connection shout           says more than anybody reads, with all that a
-//   text can do to a screen endless         never stops talking odd             asks in ways that
-//   there are none leave           starts a process that keeps every connection open, and goes on
-//   expired         the answer was right, the password is too old
-//   broken          the system behind it cannot be reached
+//   ask TEXT      asks with this text ("_" stands for a blank); only "right" is right
+//   say TEXT      has something to say
+//   hang          does not come back
+//   crash         reads from nowhere
+//   exit          ends the whole process as if all were well
+//   forge         says over the program's own connection that it is the owner, and fails
+//   rubbish       writes bytes of no meaning to that connection
+//   shout         says more than anybody reads, with all that a text can do to a screen
+//   endless       never stops talking
+//   odd           asks in ways that there are none
+//   leave         starts a process that keeps every connection open, and goes on
+//   sensor PIPE   asks for a finger and reads from the pipe whose it is: "right" is the owner's,
+//                 "wrong" somebody's, "last" the same once too often, "gone" says that the reader
+//                 was pulled out
+//   expired       the answer was right, the password is too old
+//   broken        the system behind it cannot be reached
 // At the end it is the owner, unless an answer was wrong.
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -45,6 +53,26 @@ bool isRight(pam_handle_t* handle, const std::string& question) {
         status == PAM_SUCCESS && answer != nullptr && std::string_view(answer) == "right";
     std::free(answer);
     return isRight;
+}
+
+/// What the finger on the reader has to do with the owner.
+int touched(pam_handle_t* handle, const char* pipe) {
+    pam_info(handle, "Place your finger on the reader");
+    while (true) {
+        std::ifstream touches(pipe);
+        for (std::string touch; std::getline(touches, touch);) {
+            if (touch == "right") {
+                return PAM_SUCCESS;
+            }
+            if (touch == "gone") {
+                return PAM_AUTHINFO_UNAVAIL;
+            }
+            if (touch == "last") {
+                return PAM_MAXTRIES;
+            }
+            pam_error(handle, "Failed to match fingerprint");
+        }
+    }
 }
 
 void shout(pam_handle_t* handle) {
@@ -91,6 +119,8 @@ extern "C" int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const ch
             } else if (!isRight(handle, text)) {
                 return PAM_AUTH_ERR;
             }
+        } else if (step == "sensor") {
+            return touched(handle, argv[++index]);
         } else if (step == "hang") {
             hang();
         } else if (step == "crash") {

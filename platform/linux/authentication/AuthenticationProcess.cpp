@@ -30,9 +30,12 @@ constexpr int mostPieces = 256;
 
 } // namespace
 
-AuthenticationProcess::AuthenticationProcess(Events events) : events_(std::move(events)) {
+AuthenticationProcess::AuthenticationProcess(Events events, Proof proof)
+    : events_(std::move(events)) {
     // Without a helper the other end is closed, and that comes from the event loop like any end.
-    StartedHelper helper = startHelper("vigilo-authenticate");
+    StartedHelper helper = startHelper(
+        "vigilo-authenticate",
+        proof == Proof::fingerprint ? std::string(authentication::fingerprintArgument) : "");
     socket_ = std::move(helper.socket);
     helper_ = helper.pid;
     talk_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);

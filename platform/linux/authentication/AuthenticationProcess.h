@@ -21,6 +21,12 @@ enum class Verdict {
     failed, ///< nobody knows: the helper crashed, was killed, spoke nonsense or met a broken system
 };
 
+/// What the owner shows for a proof.
+enum class Proof {
+    password,    ///< what the system asks everybody
+    fingerprint, ///< a finger on the reader; never a question
+};
+
 /// One attempt: a helper of its own that talks to PAM. Destroying it ends the helper. Main thread.
 class AuthenticationProcess {
 public:
@@ -32,7 +38,7 @@ public:
         std::function<void(Verdict)> onEnd;
     };
 
-    explicit AuthenticationProcess(Events events);
+    explicit AuthenticationProcess(Events events, Proof proof = Proof::password);
     ~AuthenticationProcess();
     AuthenticationProcess(const AuthenticationProcess&) = delete;
     AuthenticationProcess& operator=(const AuthenticationProcess&) = delete;

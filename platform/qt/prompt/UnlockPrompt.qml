@@ -152,6 +152,23 @@ FocusScope {
                 Accessible.name: text
             }
 
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                visible: text !== ""
+                width: parent.width
+                height: implicitHeight
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                maximumLineCount: 3
+                elide: Text.ElideRight
+                text: prompt.model.fingerprintHint
+                size: 12
+                color: prompt.model.isFingerprintError ? Theme.orange : Theme.secondary
+                Accessible.ignored: !visible
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+
             PlainButton {
                 id: stay
 

@@ -34,6 +34,9 @@ UnlockPromptModel::UnlockPromptModel(QString reason, QString cancelTitle,
     delayTimer_.setSingleShot(true);
     connect(&delayTimer_, &QTimer::timeout, this, &UnlockPromptModel::startHelper);
     touch();
+    // First: where the system asks everybody for a finger before the password, the reader is taken
+    // by then and the password's turn comes at once.
+    startFinger();
     startHelper();
 }
 
@@ -41,6 +44,18 @@ UnlockPromptModel::~UnlockPromptModel() = default;
 
 void UnlockPromptModel::touch() {
     idleTimer_.start(idleLimit);
+}
+
+void UnlockPromptModel::startFinger() {
+    finger_ = std::make_unique<FingerprintAttempt>(FingerprintAttempt::Events{
+        .onHint =
+            [this](const std::string& text, bool isError) {
+                fingerprintHint_ = shown(text);
+                isFingerprintError_ = isError;
+                Q_EMIT changed();
+            },
+        .onOwner = [this] { end(true); },
+    });
 }
 
 void UnlockPromptModel::startHelper() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/authentication/AuthenticationProcess.h"
+#include "platform/linux/authentication/FingerprintAttempt.h"
 #include "platform/qt/prompt/PasswordField.h"
 
 #include <chrono>
@@ -16,7 +17,8 @@ namespace vigilo::platform {
 
 /// What the prompt for the owner's password shows and does, until it is proved or given up. A
 /// helper serves one attempt; a wrong password is answered with a new helper, and one that could
-/// not be checked with a new helper for the next attempt.
+/// not be checked with a new helper for the next attempt. A finger on the reader is as good as the
+/// password; neither waits for the other, and the first success is the end of both.
 class UnlockPromptModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -25,6 +27,8 @@ class UnlockPromptModel : public QObject {
     Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(QString question READ question NOTIFY changed)
+    Q_PROPERTY(QString fingerprintHint READ fingerprintHint NOTIFY changed)
+    Q_PROPERTY(bool isFingerprintError READ isFingerprintError NOTIFY changed)
     Q_PROPERTY(bool isError READ isError NOTIFY changed)
     Q_PROPERTY(bool isBusy READ isBusy NOTIFY changed)
     Q_PROPERTY(bool isPossible READ isPossible NOTIFY changed)
@@ -49,6 +53,10 @@ public:
     /// What is to be typed, such as "Password".
     QString question() const { return question_; }
 
+    /// What the fingerprint reader has to say; empty where there is none.
+    QString fingerprintHint() const { return fingerprintHint_; }
+
+    bool isFingerprintError() const { return isFingerprintError_; }
     bool isError() const { return isError_; }
     bool isBusy() const { return isBusy_; }
     bool isPossible() const { return isPossible_; }
@@ -57,6 +65,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void startFinger();
     void startHelper();
     void take(const authentication::Frame& frame);
     void ask(const std::string& question);
@@ -69,6 +78,7 @@ private:
     QString reason_;
     QString cancelTitle_;
     std::function<void(bool)> onEnd_;
+    std::unique_ptr<FingerprintAttempt> finger_;
     std::unique_ptr<AuthenticationProcess> helper_;
     SecretText submitted_;
     bool isAsked_ = false;     ///< the helper waits for an answer
@@ -78,6 +88,8 @@ private:
     std::chrono::milliseconds delay_{};
     QString message_;
     QString question_;
+    QString fingerprintHint_;
+    bool isFingerprintError_ = false;
     bool isError_ = false;
     bool isBusy_ = false;
     bool isPossible_ = true;

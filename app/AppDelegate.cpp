@@ -113,6 +113,7 @@ void AppDelegate::applicationWillTerminate() {
     controller_->onAgentLockExpired = nullptr;
     environment_.screens.observe(nullptr);
     environment_.lockGuard.lower();
+    environment_.notifications.resume();
     controller_->tearDown();
 }
 
@@ -200,6 +201,7 @@ void AppDelegate::showAgentLock() {
     discard(std::move(replaced));
     if (!privacyWindows_.empty()) {
         environment_.lockGuard.raise();
+        environment_.notifications.silence();
         privacyWindows_.front()->makeKey();
     }
     environment_.application.activateIgnoringOtherApps();
@@ -243,6 +245,7 @@ void AppDelegate::closeWindow() {
 
 void AppDelegate::closePrivacyWindows() {
     environment_.lockGuard.lower();
+    environment_.notifications.resume();
     discard(std::exchange(privacyWindows_, {}));
 }
 

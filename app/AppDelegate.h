@@ -6,6 +6,7 @@
 #include "platform/LockGuard.h"
 #include "platform/LoginItem.h"
 #include "platform/MenuBar.h"
+#include "platform/Notifications.h"
 #include "platform/Screens.h"
 #include "platform/StatusBar.h"
 #include "platform/Windows.h"
@@ -35,6 +36,7 @@ public:
         platform::Screens& screens;
         platform::Authenticator& authenticator;
         platform::LockGuard& lockGuard;
+        platform::Notifications& notifications;
     };
 
     explicit AppDelegate(Environment environment);

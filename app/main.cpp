@@ -8,6 +8,7 @@
 #include "platform/linux/instance/HungSessionBus.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/login/XdgLoginItem.h"
+#include "platform/linux/notifications/DesktopNotifications.h"
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/processes/ProcfsProcessTable.h"
@@ -70,6 +71,7 @@ int runApplication(char* programName) {
     platform::QtScreens screens;
     platform::QtAuthenticator authenticator;
     platform::HelperLockGuard lockGuard;
+    platform::DesktopNotifications notifications;
     const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Environment{
         .controller = {.runLoop = runLoop,
                        .wallClock = wallClock,
@@ -86,6 +88,7 @@ int runApplication(char* programName) {
         .screens = screens,
         .authenticator = authenticator,
         .lockGuard = lockGuard,
+        .notifications = notifications,
     });
 
     runLoop.post([weak = std::weak_ptr(delegate)] {

@@ -9,13 +9,13 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.actions import perform
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
-ID = "io.github.vigilo.Vigilo"
 
 
 class OneInstance(unittest.TestCase):
@@ -49,15 +49,6 @@ class OneInstance(unittest.TestCase):
             check=False,
         )
 
-    def act(self, action):
-        subprocess.run(
-            [
-                "busctl", "--address=" + self.bus.address, "call", ID, "/io/github/vigilo/Vigilo",
-                "org.freedesktop.Application", "ActivateAction", "sava{sv}", action, "0", "0",
-            ],
-            check=True, stdout=subprocess.DEVNULL,
-        )
-
     def test_a_second_start_brings_the_hidden_window_back_and_ends(self):
         self.display.settle()
         self.display.click(self.window, 704, 16)
@@ -75,12 +66,12 @@ class OneInstance(unittest.TestCase):
         self.assertEqual(second.stderr, "vigilo: it is running already but does not answer.\n")
 
     def test_its_actions_are_reached_over_the_bus(self):
-        self.act("toggleProtection")
+        perform(self.bus, "toggleProtection")
         self.assertEqual(self.power.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
-        self.act("nonsense")
-        self.act("toggleProtection")
+        perform(self.bus, "nonsense")
+        perform(self.bus, "toggleProtection")
         self.assertEqual(self.power.stdout.readline(), "release 0\n")
-        self.act("quitApp")
+        perform(self.bus, "quitApp")
         self.assertEqual(self.first.wait(20), 0)
 
     def test_the_place_is_free_when_it_has_ended(self):

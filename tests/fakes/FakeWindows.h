@@ -3,6 +3,7 @@
 #include "platform/Application.h"
 #include "platform/Authenticator.h"
 #include "platform/LockGuard.h"
+#include "platform/Notifications.h"
 #include "platform/Screens.h"
 #include "platform/Windows.h"
 
@@ -137,6 +138,14 @@ public:
     void lower() override { isRaised = false; }
 
     bool isRaised = false;
+};
+
+class FakeNotifications : public platform::Notifications {
+public:
+    void silence() override { areSilent = true; }
+    void resume() override { areSilent = false; }
+
+    bool areSilent = false;
 };
 
 class FakeApplication : public platform::Application {

@@ -49,6 +49,7 @@ protected:
     fakes::FakeScreens screens;
     fakes::FakeAuthenticator authenticator;
     fakes::FakeLockGuard lockGuard;
+    fakes::FakeNotifications notifications;
     std::vector<AgentSession> agents;
     std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(AppDelegate::Environment{
         .controller = {.runLoop = runLoop,
@@ -66,6 +67,7 @@ protected:
         .screens = screens,
         .authenticator = authenticator,
         .lockGuard = lockGuard,
+        .notifications = notifications,
     });
 };
 

@@ -46,6 +46,19 @@ TEST_F(AppDelegateTest, followsTheDisplaysWhileTheLockIsUpOnly) {
     EXPECT_EQ(windows.covered, Names{});
 }
 
+TEST_F(AppDelegateTest, silencesNotificationsForAsLongAsTheLockIsUp) {
+    launch();
+    controller().start(30, AwakeMode::visible);
+    EXPECT_FALSE(notifications.areSilent);
+    delegate->agentLock();
+    EXPECT_TRUE(notifications.areSilent);
+    controller().stop();
+    EXPECT_FALSE(notifications.areSilent);
+    delegate->agentLock();
+    delegate->applicationWillTerminate();
+    EXPECT_FALSE(notifications.areSilent);
+}
+
 TEST_F(AppDelegateTest, isGuardedForAsLongAsTheLockIsUp) {
     launch();
     EXPECT_FALSE(lockGuard.isRaised);

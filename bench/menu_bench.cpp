@@ -68,7 +68,7 @@ void unchangedStatusMenu(benchmark::State& state) {
     }
     platform::MenuExport installed(QDBusConnection(QStringLiteral("none")), QStringLiteral("/menu"),
                                    {.onAction = nullptr, .onWillOpen = nullptr});
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         installed.setMenu(statusMenu(*session.controller, launchAtLoginMenuItem(loginItem)));
     }
 }

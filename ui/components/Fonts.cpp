@@ -1,5 +1,6 @@
 #include "ui/components/Fonts.h"
 
+#include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
 
@@ -10,8 +11,10 @@ QString Fonts::systemFamily() {
 }
 
 QString Fonts::roundedFamily() {
-    const QString rounded = QStringLiteral("Quicksand");
-    return QFontDatabase::hasFamily(rounded) ? rounded : systemFamily();
+    QString rounded = QStringLiteral("Quicksand");
+    // To ask whether it is there costs more than all that is done with the answer.
+    QFont::insertSubstitution(rounded, systemFamily());
+    return rounded;
 }
 
 QString Fonts::monospacedFamily() {

@@ -26,10 +26,11 @@ QtApplication::QtApplication(QtWindows& windows)
 QtApplication::~QtApplication() = default;
 
 void QtApplication::loadIcon() {
-    const QIcon icon(QStringLiteral(":/vigilo/Vigilo.svg"));
-    if (!icon.availableSizes().isEmpty() || !icon.pixmap(16).isNull()) {
-        QGuiApplication::setWindowIcon(icon);
+    QIcon icon;
+    for (const int size : {16, 32, 64}) {
+        icon.addFile(QStringLiteral(":/vigilo/%1.png").arg(size), {size, size});
     }
+    QGuiApplication::setWindowIcon(icon);
 }
 
 void QtApplication::activateIgnoringOtherApps() {

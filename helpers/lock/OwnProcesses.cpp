@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -10,6 +11,26 @@
 #include <unistd.h>
 
 namespace vigilo {
+
+namespace {
+
+/// The name of a process that runs, as the kernel keeps it. None for one that has ended, though
+/// nobody has taken note of that yet: it locks nothing any more.
+std::optional<std::string> runningName(const std::filesystem::path& process) {
+    std::ifstream file(process / "stat");
+    std::string text;
+    std::getline(file, text);
+    // proc(5): "pid (name) state", where the name may have anything in it.
+    const std::size_t begin = text.find('(');
+    const std::size_t end = text.rfind(") ");
+    if (begin == std::string::npos || end == std::string::npos || end + 2 >= text.size() ||
+        text[end + 2] == 'Z' || text[end + 2] == 'X') {
+        return std::nullopt;
+    }
+    return text.substr(begin + 1, end - begin - 1);
+}
+
+} // namespace
 
 bool isOneOfOursRunning(const std::vector<std::string_view>& names) {
     constexpr std::size_t longestName = 15; // proc(5), comm
@@ -20,10 +41,9 @@ bool isOneOfOursRunning(const std::vector<std::string_view>& names) {
         if (stat(entry->path().c_str(), &status) != 0 || status.st_uid != getuid()) {
             continue;
         }
-        std::ifstream file(entry->path() / "comm");
-        std::string name;
-        if (std::getline(file, name) && std::any_of(names.begin(), names.end(), [&](auto wanted) {
-                return wanted.substr(0, longestName) == name;
+        const auto name = runningName(entry->path());
+        if (name && std::any_of(names.begin(), names.end(), [&](auto wanted) {
+                return wanted.substr(0, longestName) == *name;
             })) {
             return true;
         }

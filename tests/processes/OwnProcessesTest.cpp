@@ -40,6 +40,8 @@ TEST_P(OwnProcesses, areFoundByNameWhileTheyRun) {
         EXPECT_TRUE(isOneOfOursRunning({"no such program", name}));
         EXPECT_FALSE(isOneOfOursRunning({"no such program"}));
         EXPECT_FALSE(isOneOfOursRunning({}));
+        process.becomeZombie();
+        EXPECT_FALSE(isOneOfOursRunning({name}));
     }
     EXPECT_FALSE(isOneOfOursRunning({name}));
 }

@@ -1,10 +1,12 @@
 #include "helpers/lock/SessionLock.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -14,6 +16,8 @@ namespace vigilo {
 namespace {
 
 constexpr std::uint64_t callLimit = 1'000'000; // microseconds
+constexpr auto messageBus = "org.freedesktop.DBus";
+constexpr auto messageBusPath = "/org/freedesktop/DBus";
 constexpr auto logind = "org.freedesktop.login1";
 constexpr auto logindPath = "/org/freedesktop/login1";
 constexpr auto logindManager = "org.freedesktop.login1.Manager";
@@ -72,9 +76,61 @@ std::optional<std::string> displaySession(sd_bus* bus) {
     return path;
 }
 
+/// Whether logind took the request, or may yet do so when it answers again.
 bool lock(sd_bus* bus, const std::string& session) {
-    return sd_bus_call_method(bus, logind, session.c_str(), logindSession, "Lock", nullptr, nullptr,
-                              "") >= 0;
+    const int result = sd_bus_call_method(bus, logind, session.c_str(), logindSession, "Lock",
+                                          nullptr, nullptr, "");
+    return result >= 0 || result == -ETIMEDOUT;
+}
+
+std::optional<std::uint32_t> owner(sd_bus* bus, const std::string& session) {
+    Reply reply;
+    std::uint32_t user = 0;
+    if (sd_bus_get_property(bus, logind, session.c_str(), logindSession, "User", nullptr,
+                            &reply.message, "(uo)") < 0 ||
+        sd_bus_message_read(reply.message, "(uo)", &user, nullptr) < 0) {
+        return std::nullopt;
+    }
+    return user;
+}
+
+/// Whether a program of the session's owner is there to hear what logind passes on: one that is on
+/// this bus beside us. Who of them listens the bus tells nobody, so that all of them count, as they
+/// do where it cannot be known.
+bool isAnybodyListening(sd_bus* bus, const std::string& session) {
+    const auto wanted = owner(bus, session);
+    const char* self = nullptr;
+    Reply reply;
+    if (!wanted || sd_bus_get_unique_name(bus, &self) < 0 ||
+        sd_bus_call_method(bus, messageBus, messageBusPath, messageBus, "ListNames", nullptr,
+                           &reply.message, "") < 0 ||
+        sd_bus_message_enter_container(reply.message, 'a', "s") < 0) {
+        return true;
+    }
+    const char* name = nullptr;
+    while (sd_bus_message_read(reply.message, "s", &name) > 0) {
+        Reply user;
+        std::uint32_t number = 0;
+        // Every connection has one unique name, which begins with a colon.
+        if (*name == ':' && std::string_view(name) != self &&
+            sd_bus_call_method(bus, messageBus, messageBusPath, messageBus, "GetConnectionUnixUser",
+                               nullptr, &user.message, "s", name) >= 0 &&
+            sd_bus_message_read(user.message, "u", &number) >= 0 && number == *wanted) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Asks for the lock of our session and returns which one that is; none where no session of ours
+/// takes requests.
+std::optional<std::string> askLogind(sd_bus* bus) {
+    std::string session = namedSession(bus).value_or(automaticSession);
+    if (lock(bus, session)) {
+        return session;
+    }
+    auto display = displaySession(bus);
+    return display && lock(bus, *display) ? display : std::nullopt;
 }
 
 bool isLocked(sd_bus* bus, const std::string& session) {
@@ -105,20 +161,18 @@ SessionLock::SessionLock() {
 
 SessionLock::~SessionLock() = default;
 
-void SessionLock::request() {
+bool SessionLock::request() {
+    bool mayBeTaken = false;
     if (system_) {
-        const auto named = namedSession(system_.get());
-        const bool isAsked = lock(system_.get(), named.value_or(automaticSession));
-        if (!isAsked) {
-            if (const auto session = displaySession(system_.get())) {
-                lock(system_.get(), *session);
-            }
-        }
+        const auto session = askLogind(system_.get());
+        mayBeTaken = session && isAnybodyListening(system_.get(), *session);
     }
     if (session_ && isOwned("org.gnome.ScreenSaver")) {
         sd_bus_call_method(session_.get(), "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver",
                            "org.gnome.ScreenSaver", "SetActive", nullptr, nullptr, "b", 1);
+        mayBeTaken = true;
     }
+    return mayBeTaken;
 }
 
 bool SessionLock::isTaken() {
@@ -151,9 +205,8 @@ bool SessionLock::isOwned(const char* name) {
     Reply reply;
     int isOwned = 0;
     return session_ &&
-           sd_bus_call_method(session_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                              "org.freedesktop.DBus", "NameHasOwner", nullptr, &reply.message, "s",
-                              name) >= 0 &&
+           sd_bus_call_method(session_.get(), messageBus, messageBusPath, messageBus,
+                              "NameHasOwner", nullptr, &reply.message, "s", name) >= 0 &&
            sd_bus_message_read(reply.message, "b", &isOwned) >= 0 && isOwned != 0;
 }
 

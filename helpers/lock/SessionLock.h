@@ -16,8 +16,9 @@ public:
     SessionLock(const SessionLock&) = delete;
     SessionLock& operator=(const SessionLock&) = delete;
 
-    /// Asks for the lock.
-    void request();
+    /// Asks for the lock. Returns whether somebody may have heard it who is yet to take the lock;
+    /// where nobody has, there is nothing to wait for.
+    bool request();
 
     /// Whether something that locks the screen has taken it, or is there to take it: logind was
     /// told that the session is locked, or a screen saver is on the session's bus.

@@ -43,8 +43,8 @@ std::string installedPath(std::string_view program) {
     return {};
 }
 
-bool isTakenInTime(SessionLock& session, DisplayServer server) {
-    const auto deadline = std::chrono::steady_clock::now() + lockLimit;
+bool isTakenWithin(std::chrono::milliseconds limit, SessionLock& session, DisplayServer server) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     while (true) {
         // A locker that logind's request has started says so to nobody.
         if (session.isTaken() || isOneOfOursRunning(lockers(server))) {
@@ -67,9 +67,9 @@ int main() {
         isSet("WAYLAND_DISPLAY") ? DisplayServer::wayland : DisplayServer::x11;
     {
         SessionLock session;
-        session.request();
+        const bool mayBeTaken = session.request();
         sleepDisplays(session);
-        if (isTakenInTime(session, server)) {
+        if (isTakenWithin(mayBeTaken ? lockLimit : 0ms, session, server)) {
             return EXIT_SUCCESS;
         }
     }

@@ -59,6 +59,39 @@ class SystemLock(unittest.TestCase):
         self.addCleanup(end, process)
         return process.wait(20)
 
+    def looks(self):
+        """How often the helper looked whether somebody has taken the lock, in a run in which nobody did."""
+        log_path = os.path.join(self.folder, "looks")
+        with open(log_path, "w", encoding="utf-8") as log:
+            monitor = self.processes.start(
+                [
+                    "dbus-monitor", "--address", self.session_bus.address,
+                    "type='method_call',member='NameHasOwner'",
+                ],
+                stdout=log,
+            )
+
+        def seen(name):
+            with open(log_path, encoding="utf-8") as log:
+                return log.read().count('"%s"' % name)
+
+        def ask(name):
+            subprocess.run(
+                [
+                    "busctl", "--address=" + self.session_bus.address, "call", "org.freedesktop.DBus",
+                    "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner", "s", name,
+                ],
+                check=True, stdout=subprocess.DEVNULL,
+            )
+            return seen(name)
+
+        wait_until(lambda: ask("test.begins"), "the monitor")
+        self.assertEqual(self.lock(), 0)
+        # What is seen of this comes after all that the helper has asked.
+        wait_until(lambda: ask("test.ends"), "the last question")
+        end(monitor)
+        return seen("org.kde.screensaver")
+
     def own_name(self, name):
         """Somebody on the session bus who owns a name and does nothing else."""
         self.processes.start(
@@ -103,6 +136,28 @@ class OnXorg(SystemLock):
         self.variables["DBUS_SESSION_BUS_ADDRESS"] = NOWHERE
         self.assertEqual(self.lock(), 1)
         self.assertEqual(self.display.power_levels(), [3])
+
+    def test_where_nobody_can_take_the_lock_nobody_is_waited_for(self):
+        with SystemBus(user="nobody") as bus:
+            for address, session in ((NOWHERE, None), (bus.address, "no-such-session"), (bus.address, bus.session_id)):
+                with self.subTest(address=address, session=session):
+                    self.variables |= {"DBUS_SYSTEM_BUS_ADDRESS": address, "XDG_SESSION_ID": session}
+                    note = self.locker("i3lock")
+                    self.assertEqual(self.looks(), 1)
+                    self.assertTrue(os.path.exists(note))
+                    os.remove(note)
+            # A program of the session's owner, who may or may not be listening.
+            other = self.processes.start(
+                [
+                    "setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", "/usr/bin/python3", "-c",
+                    "import dbus, time; bus = dbus.SystemBus(); time.sleep(60)",
+                ],
+                env=environment(DBUS_SYSTEM_BUS_ADDRESS=bus.address),
+            )
+            wait_until(lambda: bus.listens(other.pid), "the other program")
+            note = self.locker("i3lock")
+            self.assertGreater(self.looks(), 1)
+            self.assertTrue(os.path.exists(note))
 
     def test_logind_passes_the_request_on_to_the_session_that_is_meant(self):
         with SystemBus() as bus:

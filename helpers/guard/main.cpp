@@ -1,6 +1,6 @@
-// Stands by while the program covers the screen. A byte on descriptor 3 means that all is well and
-// ends it; the end of the file without one means that the program has died and the desktop lies
-// open: the system's own lock is put in place at once.
+// Stands by while the program covers the screen, which kills it when all is well. The end of the
+// file on descriptor 3 means that the program has died and the desktop lies open: the system's own
+// lock is put in place at once.
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -20,12 +20,7 @@ int main() {
         std::signal(signal, SIG_IGN);
     }
     char byte = 0;
-    ssize_t count = 0;
-    do {
-        count = read(programSocket, &byte, 1);
-    } while (count < 0 && errno == EINTR);
-    if (count > 0) {
-        return EXIT_SUCCESS;
+    while (read(programSocket, &byte, 1) < 0 && errno == EINTR) {
     }
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         std::signal(signal, SIG_DFL);

@@ -20,8 +20,8 @@ struct StartedHelper {
 };
 
 /// Starts a helper with a connection on its descriptor 3 and, unless it is empty, one argument. One
-/// that cannot be started leaves a connection whose other end is closed. A process without
-/// descriptors left stops with a message.
+/// that cannot be started leaves a connection whose other end is closed or, where there are no
+/// descriptors left, none at all.
 StartedHelper startHelper(std::string_view name, const std::string& argument = {});
 
 } // namespace vigilo::platform

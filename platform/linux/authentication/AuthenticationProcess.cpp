@@ -1,6 +1,5 @@
 #include "platform/linux/authentication/AuthenticationProcess.h"
 
-#include "platform/Fatal.h"
 #include "platform/linux/HelperProgram.h"
 
 #include <algorithm>
@@ -32,14 +31,11 @@ constexpr int mostPieces = 256;
 
 AuthenticationProcess::AuthenticationProcess(Events events, Proof proof)
     : events_(std::move(events)) {
-    // Without a helper the other end is closed, and that comes from the event loop like any end.
     StartedHelper helper = startHelper(
         "vigilo-authenticate",
         proof == Proof::fingerprint ? std::string(authentication::fingerprintArgument) : "");
     socket_ = std::move(helper.socket);
     helper_ = helper.pid;
-    talk_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
-    QObject::connect(talk_.get(), &QSocketNotifier::activated, talk_.get(), [this] { readAll(); });
     silence_.setSingleShot(true);
     QObject::connect(&silence_, &QTimer::timeout, &silence_, [this] { end(Verdict::failed); });
     if (helper_ > 0) {
@@ -47,13 +43,17 @@ AuthenticationProcess::AuthenticationProcess(Events events, Proof proof)
         // keep open, nor waited for, since a module may hang at the end, too.
         // The C library's own function cannot be linked from C++ in some of its releases.
         process_ = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, helper_, 0)));
-        if (!process_) {
-            fatal("the end of a helper program cannot be watched");
-        }
-        exit_ = std::make_unique<QSocketNotifier>(process_.number(), QSocketNotifier::Read);
-        QObject::connect(exit_.get(), &QSocketNotifier::activated, exit_.get(),
-                         [this] { exited(); });
     }
+    if (!process_) {
+        // No helper, or no descriptor left to watch it with: that comes from the event loop like
+        // any end.
+        silence_.start(0ms);
+        return;
+    }
+    talk_ = std::make_unique<QSocketNotifier>(socket_.number(), QSocketNotifier::Read);
+    QObject::connect(talk_.get(), &QSocketNotifier::activated, talk_.get(), [this] { readAll(); });
+    exit_ = std::make_unique<QSocketNotifier>(process_.number(), QSocketNotifier::Read);
+    QObject::connect(exit_.get(), &QSocketNotifier::activated, exit_.get(), [this] { exited(); });
 }
 
 AuthenticationProcess::~AuthenticationProcess() {
@@ -75,11 +75,7 @@ void AuthenticationProcess::answer(std::string_view secret) {
 void AuthenticationProcess::readAll() {
     if (!readSome()) {
         talk_->setEnabled(false);
-        if (helper_ > 0) {
-            silence_.start(longestSilence);
-        } else {
-            end(Verdict::failed);
-        }
+        silence_.start(longestSilence);
     } else if (reader_.isBroken()) {
         end(Verdict::failed);
     }
@@ -129,9 +125,9 @@ void AuthenticationProcess::exited() {
 }
 
 void AuthenticationProcess::end(Verdict verdict) {
-    talk_->setEnabled(false);
     silence_.stop();
-    if (exit_) {
+    if (talk_) {
+        talk_->setEnabled(false);
         exit_->setEnabled(false);
     }
     // The handler may destroy this.

@@ -37,6 +37,30 @@ void preferSoftwareRendering() {
     }
 }
 
+/// While it lives, keeps the toolkit from sharing its pictures with the X server. It gets
+/// each as a descriptor, and when the process has none left it waits for it for ever. Sending them
+/// costs about as little.
+class PicturesAreSent {
+public:
+    PicturesAreSent() : isOurs_(qEnvironmentVariableIsEmpty(variable)) {
+        if (isOurs_) {
+            qputenv(variable, "1");
+        }
+    }
+    ~PicturesAreSent() {
+        // Not for the programs that we start.
+        if (isOurs_) {
+            qunsetenv(variable);
+        }
+    }
+    PicturesAreSent(const PicturesAreSent&) = delete;
+    PicturesAreSent& operator=(const PicturesAreSent&) = delete;
+
+private:
+    static constexpr auto variable = "QT_XCB_NO_MITSHM";
+    bool isOurs_;
+};
+
 } // namespace
 
 ApplicationObject::ApplicationObject(char* programName) : arguments_{programName, nullptr} {
@@ -50,6 +74,7 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
     // The Wayland library has a way of its own to tell that it cannot connect.
     wl_log_set_handler_client([](const char*, va_list) {});
     const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
+    const PicturesAreSent picturesAreSent; // asked for once, when the server is connected to
     application_ = std::make_unique<QGuiApplication>(argumentCount_, arguments_.data());
     qInstallMessageHandler(usual);
 }

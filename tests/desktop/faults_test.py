@@ -16,7 +16,10 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
+from harness.hold_ups import HoldUps
+from harness.limits import Limits
 from harness.pictures import Picture
+from harness.power_service import PowerService
 from harness.processes import Processes, environment, wait_until
 
 VIGILO, CLOCK_SHIM, HUNG_SCAN_SHIM = sys.argv[1:4]
@@ -32,66 +35,14 @@ MEMORY_ALLOWANCE = 512
 NOBODY = "65534"
 
 
-class PowerService:
-    """Plasma's power service, and what the program holds of it."""
-
-    def __init__(self, folder, processes, variables):
-        self._log_path = os.path.join(folder, "log")
-        with open(self._log_path, "w", encoding="utf-8") as log:
-            self._process = processes.start(
-                ["/usr/bin/python3", SERVICES + "/restarting_power_service.py", "plasma", "grant"],
-                env=variables, stdin=subprocess.PIPE, stdout=log,
-            )
-        wait_until(lambda: self.starts() == 1, "the power service")
-
-    def _lines(self):
-        with open(self._log_path, encoding="utf-8") as log:
-            # Whole lines only: the last one may be half written.
-            return log.read().rpartition("\n")[0].splitlines()
-
-    def starts(self):
-        return self._lines().count("ready")
-
-    def takes(self):
-        """How often a lock was taken so far."""
-        return sum(line.startswith("AddInhibition") for line in self._lines())
-
-    def restart(self):
-        """Kills it and starts it anew."""
-        before = self.starts()
-        self._process.stdin.write(b"again\n")
-        self._process.stdin.flush()
-        wait_until(lambda: self.starts() > before, "the power service")
-
-    def held(self):
-        """The cookies that are held of the service that runs now; each of them begins at 0."""
-        cookies = set()
-        for line in self._lines():
-            if line == "ready":
-                cookies.clear()
-            elif line.startswith("AddInhibition"):
-                cookies.add(line.split()[-1])
-            elif line.startswith("release"):
-                cookies.remove(line.split()[-1])
-        return cookies
-
-    def wait_until_held(self):
-        wait_until(lambda: len(self.held()) == 1, "the lock")
-
-    def wait_until_released(self):
-        wait_until(lambda: not self.held(), "the release")
-
-    def stop(self):
-        self._process.stdin.close()
-        self._process.wait()
-
-
 class Faults(unittest.TestCase):
     def setUp(self):
         self.folder = self.enter(tempfile.TemporaryDirectory(prefix="vigilo-faults-"))
         self.display = self.enter(VirtualDisplay())
         self.bus = self.enter(SessionBus())
         self.processes = self.enter(Processes())
+        self.hold_ups = HoldUps(self.folder)
+        self.addCleanup(self.hold_ups.end, self.id())
         self.variables = environment(
             DISPLAY=self.display.name,
             WAYLAND_DISPLAY=None,
@@ -110,11 +61,14 @@ class Faults(unittest.TestCase):
         self.addCleanup(service.stop)
         return service
 
-    def start(self, command=(), **variables):
+    def start(self, command=(), shims=(), **variables):
         """The program with its window shown, behind another command where there is one."""
-        self.program = self.processes.start([*command, VIGILO], env=self.variables | variables)
+        self.program = self.processes.start(
+            [*command, VIGILO], env=self.variables | self.hold_ups.variables(*shims) | variables
+        )
         self.window = wait_until(self.windows, "the window")[0]
         self.display.settle()
+        self.hold_ups.begin()
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")
@@ -230,7 +184,7 @@ class Faults(unittest.TestCase):
     def test_it_ends_in_order_while_a_scan_hangs(self):
         service = self.power_service()
         mark = os.path.join(self.folder, "hangs")
-        self.start(LD_PRELOAD=HUNG_SCAN_SHIM, HUNG_SCAN_MARK=mark)
+        self.start(shims=[HUNG_SCAN_SHIM], HUNG_SCAN_MARK=mark)
         wait_until(lambda: os.path.exists(mark), "the scan to hang")
         self.begin_session(service)
         self.end_in_order()
@@ -271,6 +225,28 @@ class Faults(unittest.TestCase):
         self.press_the_button()
         service.wait_until_released()
         wait_until(lambda: not self.shows_a_session(), "the end of the session in the window")
+        self.end_in_order()
+
+    def test_a_bus_that_restarts_while_no_descriptor_is_left_has_the_session_afterwards(self):
+        service = self.power_service()
+        self.start()
+        self.begin_session(service)
+        limits = Limits(self.program.pid, os.geteuid())
+        before = self.has()[0]
+        self.bus.daemon.kill()
+        self.bus.daemon.wait()
+        service.stop()
+        wait_until(lambda: self.has()[0] < before, "the connections to close")
+        limits.leave_descriptors(0)
+        self.bus.restart()
+        service = self.power_service()
+        self.display.settle()
+        self.assertTrue(self.shows_a_session())
+        self.assertFalse(service.held())
+        limits.lift("nofile")
+        service.wait_until_held()
+        self.press_the_button()
+        service.wait_until_released()
         self.end_in_order()
 
     def test_a_bus_that_stops_answering_leaves_the_window_alive(self):
@@ -320,7 +296,7 @@ class Faults(unittest.TestCase):
 
         offset, new = os.path.join(self.folder, "offset"), os.path.join(self.folder, "new")
         service = self.power_service()
-        self.start(LD_PRELOAD=CLOCK_SHIM, CLOCK_OFFSET=offset)
+        self.start(shims=[CLOCK_SHIM], CLOCK_OFFSET=offset)
         for menu in (250, 470):
             # The shortest time, and "Stay Visible".
             self.display.click(self.window, menu, 329)

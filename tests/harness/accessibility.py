@@ -11,9 +11,10 @@ LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
 class AccessibleDesktop(SessionBus):
-    """A session bus with the accessibility service; this process, too, reads the tree over it."""
+    """A session bus with the accessibility service; this process, too, reads the tree over it. For a
+    program of another user the service has to run as that one."""
 
-    def __init__(self):
+    def __init__(self, user=None):
         super().__init__()
         try:
             self.runtime_folder = tempfile.mkdtemp(prefix="vigilo-runtime-")
@@ -24,7 +25,11 @@ class AccessibleDesktop(SessionBus):
             }
             os.environ.update(self.environment)
             os.environ.pop("AT_SPI_BUS_ADDRESS", None)
-            self.processes.start([LAUNCHER, "--launch-immediately"], env=environment(DISPLAY=None))
+            command = [LAUNCHER, "--launch-immediately"]
+            if user is not None:
+                os.chown(self.runtime_folder, user, user)
+                command = ["setpriv", "--reuid", str(user), "--regid", str(user), "--clear-groups", *command]
+            self.processes.start(command, env=environment(DISPLAY=None))
             wait_until(lambda: os.path.exists(self.runtime_folder + "/at-spi/bus"), "the accessibility bus")
         except BaseException:
             self.stop()

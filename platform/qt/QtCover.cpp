@@ -1,9 +1,13 @@
 #include "platform/qt/QtCover.h"
 
+#include <utility>
+
 namespace vigilo::platform {
 
-QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen)
-    : view_(engine, coverSpec.content, coverSpec.model, coverSpec.background, [] {}),
+QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,
+                 DescriptorReserve::Loan descriptors)
+    : descriptors_(std::move(descriptors)),
+      view_(engine, coverSpec.content, coverSpec.model, coverSpec.background, [] {}),
       placement_(makeCoverPlacement(view_, screen)) {
     view_.setTitle(QString::fromStdString(coverSpec.title));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Windows.h"
+#include "platform/linux/DescriptorReserve.h"
 #include "platform/qt/ContentView.h"
 #include "platform/qt/covers/CoverPlacement.h"
 
@@ -10,16 +11,18 @@ class QScreen;
 
 namespace vigilo::platform {
 
-/// A cover over one of the toolkit's screens.
+/// A cover over one of the toolkit's screens. It has the loan for as long as it is there.
 class QtCover : public Cover {
 public:
-    QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen);
+    QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,
+            DescriptorReserve::Loan descriptors);
 
     void orderFrontRegardless() override;
     void makeKey() override;
     void close() override;
 
 private:
+    DescriptorReserve::Loan descriptors_;
     ContentView view_;
     std::unique_ptr<CoverPlacement> placement_;
 };

@@ -6,6 +6,7 @@
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/frame/MenuModel.h"
 
+#include <cstddef>
 #include <utility>
 
 #include <QGuiApplication>
@@ -21,6 +22,9 @@ Q_IMPORT_QML_PLUGIN(Vigilo_PrivacyPlugin)
 namespace vigilo::platform {
 
 namespace {
+
+// Some for each of several displays.
+constexpr std::size_t keptDescriptors = 32;
 
 class QtWindow : public Window {
 public:
@@ -53,7 +57,7 @@ private:
 
 } // namespace
 
-QtWindows::QtWindows(MenuModel& mainMenu) : mainMenu_(mainMenu) {
+QtWindows::QtWindows(MenuModel& mainMenu) : descriptors_(keptDescriptors), mainMenu_(mainMenu) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
@@ -78,6 +82,10 @@ std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::Wind
     view->setFlags(flags | Qt::FramelessWindowHint);
     view->setTitle(title);
     view->fitToContent();
+    QObject::connect(view.get(), &QWindow::visibleChanged, view.get(),
+                     [this, loan = DescriptorReserve::Loan()](bool isVisible) mutable {
+                         loan = isVisible ? descriptors_.lend() : nullptr;
+                     });
     return view;
 }
 
@@ -98,7 +106,8 @@ std::unique_ptr<Cover> QtWindows::makeCover(const CoverSpec& coverSpec) {
     QScreen* const screen = QtScreens::find(coverSpec.screen.name);
     // Gone since it was listed; the displays will be covered anew in a moment.
     return std::make_unique<QtCover>(
-        engine_, coverSpec, screen != nullptr ? *screen : *QGuiApplication::primaryScreen());
+        engine_, coverSpec, screen != nullptr ? *screen : *QGuiApplication::primaryScreen(),
+        descriptors_.lend());
 }
 
 } // namespace vigilo::platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Windows.h"
+#include "platform/linux/DescriptorReserve.h"
 
 #include <QQmlEngine>
 
@@ -29,6 +30,9 @@ public:
 private:
     void addFrame(QQuickView& view);
 
+    /// A window needs some for its pictures, and the lock for its helpers; the toolkit does not
+    /// survive without.
+    DescriptorReserve descriptors_;
     MenuModel& mainMenu_;
     QQmlEngine engine_;
 };

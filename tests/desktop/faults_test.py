@@ -274,6 +274,27 @@ class Faults(unittest.TestCase):
         self.assertFalse(self.shows_a_session())
         self.end_in_order()
 
+    def test_a_panel_and_a_power_service_that_hang_leave_the_window_alive(self):
+        names = ("org.kde.StatusNotifierWatcher", "org.kde.Solid.PowerManagement.PolicyAgent")
+        script = "import dbus, sys, time; bus = dbus.SessionBus(); [bus.request_name(name) for name in sys.argv[1:]]"
+        # Nobody there ever looks at what it is asked.
+        hanging = self.processes.start(
+            ["/usr/bin/python3", "-c", script + "; print(flush=True); time.sleep(600)", *names],
+            env=self.variables, stdout=subprocess.PIPE,
+        )
+        self.addCleanup(hanging.stdout.close)
+        hanging.stdout.readline()
+        self.start()
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.assertFalse(self.shows_a_session())
+        hanging.kill()
+        hanging.wait()
+        service = self.power_service()
+        self.begin_session(service)
+        self.end_in_order()
+        service.wait_until_released()
+
     def test_a_service_that_answers_nonsense_begins_no_session(self):
         nonsense = self.processes.start(
             ["/usr/bin/python3", SERVICES + "/nonsense_power_service.py"],

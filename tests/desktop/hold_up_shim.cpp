@@ -24,7 +24,10 @@ namespace {
 struct Record {
     std::uint64_t stretch = 0;
     std::uint64_t waiting = 0;
+    std::uint64_t count = 0;
 };
+
+constexpr std::uint64_t longStretch = 100'000'000;
 
 /// How long this thread has waited for a processor so far; proc(5), schedstat.
 std::uint64_t waitingTime(int schedule) {
@@ -68,8 +71,15 @@ public:
         }
         const std::uint64_t stretch = now() - since_;
         const std::uint64_t waiting = waitingTime(schedule_) - waitingBefore_;
-        if (stretch - waiting > record_->stretch - record_->waiting && waiting <= stretch) {
-            *record_ = {.stretch = stretch, .waiting = waiting};
+        if (waiting > stretch) {
+            return; // it was counted late
+        }
+        if (stretch - waiting > record_->stretch - record_->waiting) {
+            record_->stretch = stretch;
+            record_->waiting = waiting;
+        }
+        if (stretch - waiting > longStretch) {
+            ++record_->count;
         }
     }
 

@@ -4,7 +4,7 @@ environment: HOLD_UPS names the shim that looks, and the file that takes a line 
 import os
 import struct
 
-_RECORD = struct.Struct("=QQ")
+_RECORD = struct.Struct("=QQQ")
 
 
 class HoldUps:
@@ -31,9 +31,9 @@ class HoldUps:
 
     def end(self, name):
         """Reports the longest stretch since the beginning, in milliseconds: on a processor or asleep, and
-        in wait for a processor."""
+        in wait for a processor; and how many took more than 100 ms without the latter."""
         if self._shim:
             with open(self._path, "rb") as file:
-                stretch, waiting = _RECORD.unpack(file.read(_RECORD.size))
+                stretch, waiting, count = _RECORD.unpack(file.read(_RECORD.size))
             with open(self._report, "a", encoding="utf-8") as report:
-                report.write("%s\t%.1f\t%.1f\n" % (name, (stretch - waiting) / 1e6, waiting / 1e6))
+                report.write("%s\t%.1f\t%.1f\t%d\n" % (name, (stretch - waiting) / 1e6, waiting / 1e6, count))

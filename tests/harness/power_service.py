@@ -20,6 +20,9 @@ class PowerService:
             )
         wait_until(lambda: self.starts() == 1, "the power service")
 
+    def __enter__(self):
+        return self
+
     def __exit__(self, *_):
         self.stop()
 

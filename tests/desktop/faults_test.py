@@ -27,7 +27,7 @@ del sys.argv[1:4]
 SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 DAY = 24 * 60 * 60
 ID = "io.github.vigilo.Vigilo"
-RESTARTS, SESSIONS = 100, 1000
+RESTARTS, SESSIONS = 100, 10000
 # How many of each the allocators need until they have most of what they keep for themselves.
 RESTARTS_BEFORE, SESSIONS_BEFORE = 10, 500
 # What they may still add after that, in KiB: half of one for a session.
@@ -152,7 +152,7 @@ class Faults(unittest.TestCase):
         service.wait_until_released()
         self.end_in_order()
 
-    def test_a_thousand_sessions_leave_nothing_behind(self):
+    def test_ten_thousand_sessions_leave_nothing_behind(self):
         service = self.power_service()
         self.start()
 

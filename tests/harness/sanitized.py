@@ -12,7 +12,8 @@ def main():
     with tempfile.TemporaryDirectory(prefix="vigilo-reports-") as folder:
         # Some programs run as another user.
         os.chmod(folder, 0o777)
-        options = "fast_unwind_on_malloc=0:log_path=" + os.path.join(folder, "report")
+        # Shims are loaded before the sanitizer, which knows what it replaces.
+        options = "verify_asan_link_order=0:fast_unwind_on_malloc=0:log_path=" + os.path.join(folder, "report")
         status = subprocess.run(
             sys.argv[1:],
             env=os.environ | {"ASAN_OPTIONS": options, "UBSAN_OPTIONS": options + ":print_stacktrace=1"},

@@ -171,7 +171,7 @@ FocusScope {
 
             background: Rectangle {
                 radius: 12
-                color: unlock.down ? Qt.darker(Theme.blue, 1.2) : unlock.hovered ? Qt.lighter(Theme.blue, 1.08) : Theme.blue
+                color: unlock.down ? Qt.darker(Theme.blue, 1.2) : unlock.hovered ? Qt.darker(Theme.blue, 1.1) : Theme.blue
 
                 FocusRing {
                     radius: 15

@@ -18,7 +18,8 @@ PlainButton {
         Rectangle {
             anchors.fill: parent
             radius: parent.radius
-            color: button.down ? Qt.rgba(0, 0, 0, 0.18) : Theme.white(0.08)
+            // The text stands out less on a brighter ground.
+            color: Qt.rgba(0, 0, 0, button.down ? 0.22 : 0.1)
             visible: button.down || button.hovered
         }
 

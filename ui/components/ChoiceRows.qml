@@ -98,7 +98,7 @@ T.Menu {
 
             background: Rectangle {
                 radius: 7
-                color: item.down ? Qt.darker(Theme.blue, 1.2) : Theme.blue
+                color: item.down ? Qt.darker(Theme.deepBlue, 1.2) : Theme.deepBlue
                 visible: item.highlighted || item.hovered || item.down
             }
 

@@ -6,6 +6,8 @@ import QtQuick
 // Colours and distances of every screen, for the dark scheme.
 QtObject {
     readonly property color blue: "#0A84FF"
+    // Small white text stands out on this one, not on the other.
+    readonly property color deepBlue: "#0A6FE0"
     readonly property color purple: "#BF5AF2"
     readonly property color green: "#30D158"
     readonly property color orange: "#FF9F0A"

@@ -39,7 +39,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: 7
-        color: area.pressed ? Qt.darker(Theme.blue, 1.2) : Theme.blue
+        color: area.pressed ? Qt.darker(Theme.deepBlue, 1.2) : Theme.deepBlue
         visible: row.isCurrent && row.isSelectable
     }
 

@@ -11,7 +11,7 @@ PlainButton {
 
     background: Rectangle {
         radius: 9
-        color: button.down ? Qt.darker(Theme.blue, 1.2) : Theme.blue
+        color: button.down ? Qt.darker(Theme.deepBlue, 1.2) : Theme.deepBlue
 
         FocusRing {
             radius: 12

@@ -209,6 +209,7 @@ FocusScope {
             height: 14
             text: "Use Apple Lock Instead"
             onClicked: view.model.pressUseAppleLock()
+            reach: 6
             Accessible.name: "Switch to secure Apple Lock"
             KeyNavigation.tab: unlock
             KeyNavigation.backtab: unlock

@@ -86,6 +86,10 @@ void Button::layOut() {
     }
 }
 
+bool Button::contains(const QPointF& point) const {
+    return boundingRect().adjusted(-reach_, -reach_, reach_, reach_).contains(point);
+}
+
 void Button::geometryChange(const QRectF& after, const QRectF& before) {
     QQuickItem::geometryChange(after, before);
     layOut();

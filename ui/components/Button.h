@@ -8,8 +8,9 @@ namespace vigilo {
 
 /// What a button does, without a look of its own: pressed by pointer, finger, Space, Return and
 /// Enter, once however long a key is held; it knows whether the keyboard's focus should be shown.
-/// Its background has its size, its content what the padding leaves. The toolkit's own template of
-/// a button would do, at the price of a large library at the start.
+/// A finger within `reach` of it counts as on it. Its background has its size, its content what the
+/// padding leaves. The toolkit's own template of a button would do, at the price of a large library
+/// at the start.
 class Button : public QQuickItem {
     Q_OBJECT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY textChanged)
@@ -22,6 +23,7 @@ class Button : public QQuickItem {
                    paddingChanged)
     Q_PROPERTY(
         double verticalPadding READ verticalPadding WRITE setVerticalPadding NOTIFY paddingChanged)
+    Q_PROPERTY(double reach MEMBER reach_ NOTIFY reachChanged)
     Q_PROPERTY(bool down READ isDown NOTIFY downChanged)
     Q_PROPERTY(bool hovered READ isHovered NOTIFY hoveredChanged)
     Q_PROPERTY(bool visualFocus READ hasVisualFocus NOTIFY visualFocusChanged)
@@ -54,6 +56,7 @@ Q_SIGNALS:
     void paddingChanged();
     void downChanged();
     void hoveredChanged();
+    void reachChanged();
     void visualFocusChanged();
 
 protected:
@@ -86,6 +89,7 @@ private:
     double verticalPadding_ = 0;
     bool takesFocusByPointer_ = true;
     bool isDown_ = false;
+    double reach_ = 0;
     bool isHovered_ = false;
     bool hasVisualFocus_ = false;
     int releasedKey_ = 0;

@@ -81,6 +81,7 @@ FocusScope {
             horizontalPadding: 6
             verticalPadding: 3
             text: panel.homePage
+            reach: 2
             Accessible.role: Accessible.Link
             onClicked: Qt.openUrlExternally(panel.homePage)
 

@@ -15,6 +15,7 @@ PlainButton {
 
     width: 20
     height: 20
+    reach: 2
     takesFocusByPointer: false
 
     background: Rectangle {

@@ -52,7 +52,8 @@ Item {
         anchors.right: parent.right
         anchors.top: parent.top
         anchors.margins: 6
-        spacing: 2
+        // The buttons reach to the middle of the space between them.
+        spacing: 4
 
         WindowButton {
             id: menuButton

@@ -8,10 +8,12 @@ FocusScope {
 
     required property AgentLockViewModel model
 
-    // On a low display the emblem gives way to what is needed, on a very low one all but the title.
+    // On a low display the emblem gives way to what is needed, on a very low one all but the title, and
+    // on the lowest the remark at the end.
     readonly property bool isLow: height < 620
     readonly property bool isVeryLow: height < 400
-    readonly property real aroundPanel: (isLow ? 0 : emblem.height + content.spacing) + heading.height + (isVeryLow ? 0 : awake.height + content.spacing) + unlock.height + appleLock.height + closing.height + 4 * content.spacing
+    readonly property bool isTiny: height < 330
+    readonly property real aroundPanel: (isLow ? 0 : emblem.height + content.spacing) + heading.height + (isVeryLow ? 0 : awake.height + content.spacing) + unlock.height + appleLock.height + (isTiny ? 0 : closing.height + content.spacing) + 3 * content.spacing
 
     focus: true
     Keys.onUpPressed: panel.scroll(-1)
@@ -207,9 +209,9 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             width: implicitWidth
             height: 14
+            reach: 6
             text: "Use Apple Lock Instead"
             onClicked: view.model.pressUseAppleLock()
-            reach: 6
             Accessible.name: "Switch to secure Apple Lock"
             KeyNavigation.tab: unlock
             KeyNavigation.backtab: unlock
@@ -235,6 +237,7 @@ FocusScope {
             id: closing
 
             anchors.horizontalCenter: parent.horizontalCenter
+            visible: !view.isTiny
             width: Math.min(implicitWidth, view.width - 32)
             height: lineCount * size * 1.2
             horizontalAlignment: Text.AlignHCenter

@@ -141,6 +141,9 @@ Rectangle {
         anchors.topMargin: 12
         x: 16
         width: parent.width - 32
+        height: lineCount * size * 1.2
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
         text: "Local process signal only • Busy is a CPU hint • prompts are never read"
         size: 10
         font.weight: Font.Medium

@@ -11,6 +11,12 @@ Item {
     // Only a change of state moves the hero, not the first layout.
     property bool isLaidOut: false
 
+    // A display with little room, as one has with very large text, gets a smaller window. What is
+    // needed least goes first.
+    readonly property bool isLow: height < 388
+    readonly property bool isVeryLow: height < 312
+    readonly property int margin: width < 520 ? 16 : 44
+
     width: 720
     height: 560
     Component.onCompleted: isLaidOut = true
@@ -48,7 +54,7 @@ Item {
     Row {
         id: header
 
-        x: 44
+        x: view.margin
         y: 28
         height: 38
         spacing: 11
@@ -87,7 +93,7 @@ Item {
 
     StatusPill {
         anchors.right: parent.right
-        anchors.rightMargin: 44
+        anchors.rightMargin: view.margin
         anchors.verticalCenter: header.verticalCenter
         active: view.model.isActive
         text: view.model.pillText
@@ -98,7 +104,9 @@ Item {
 
         anchors.horizontalCenter: parent.horizontalCenter
         // The space between header and footer is shared evenly above and below.
-        y: header.y + header.height + (footer.y - header.y - header.height - height) / 2
+        y: header.y + header.height + (end - header.y - header.height - height) / 2
+
+        readonly property real end: view.isVeryLow ? view.height - 8 : footer.y
 
         Behavior on y {
             enabled: view.isLaidOut
@@ -119,6 +127,7 @@ Item {
                 anchors.horizontalCenter: parent.horizontalCenter
                 width: 40
                 height: 40
+                visible: !view.isLow
                 name: view.model.heroSymbol
                 color: view.model.isActive ? Theme.green : Qt.rgba(0.48, 0.68, 1, 1)
 
@@ -132,6 +141,11 @@ Item {
 
             Label {
                 anchors.horizontalCenter: parent.horizontalCenter
+                width: Math.min(implicitWidth, view.width - 2 * view.margin)
+                height: lineCount * size * 1.2
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                elide: Text.ElideNone
                 text: view.model.headline
                 size: 30
                 rounded: true
@@ -143,6 +157,7 @@ Item {
 
             Label {
                 anchors.horizontalCenter: parent.horizontalCenter
+                width: Math.min(implicitWidth, view.width - 2 * view.margin)
                 text: view.model.statusText
                 rounded: true
                 font.weight: Font.Medium
@@ -155,7 +170,7 @@ Item {
 
         Item {
             width: 1
-            height: 30
+            height: view.isLow ? 14 : 30
         }
 
         Capsule {
@@ -239,7 +254,7 @@ Item {
 
         Item {
             width: 1
-            height: 22
+            height: view.isLow ? 12 : 22
         }
 
         ActionButton {
@@ -256,8 +271,9 @@ Item {
         id: footer
 
         anchors.horizontalCenter: parent.horizontalCenter
-        y: view.height - 28 - height
-        height: 14
+        y: view.height - (view.isLow ? 14 : 28) - height
+        height: Math.max(14, footerText.height)
+        visible: !view.isVeryLow
         spacing: 7
         Accessible.role: Accessible.StaticText
         Accessible.name: footerText.text
@@ -274,6 +290,10 @@ Item {
             id: footerText
 
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, view.width - 2 * view.margin - 21)
+            height: lineCount * size * 1.2
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
             text: "Closed-lid use requires Apple’s external display and power setup."
             size: 11
             font.weight: Font.Medium

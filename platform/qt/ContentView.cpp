@@ -31,7 +31,8 @@ ContentView::ContentView(QQmlEngine& engine, const std::string& content, QObject
 
 void ContentView::fitToContent() {
     const QQuickItem& content = *rootObject();
-    const QSize size(qRound(content.implicitWidth()), qRound(content.implicitHeight()));
+    const QSize size = QSize(qRound(content.implicitWidth()), qRound(content.implicitHeight()))
+                           .boundedTo(screen()->availableGeometry().size());
     setMinimumSize(size);
     setMaximumSize(size);
     resize(size);

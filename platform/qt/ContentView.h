@@ -17,7 +17,7 @@ public:
     ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
                 const Colour& background, std::function<void()> onCloseRequested);
 
-    /// Takes the size that its content wants.
+    /// Takes the size that its content wants, as far as there is room on its display.
     void fitToContent();
 
     /// Shows it, in the middle of its display if it is hidden, and asks for the keyboard.

@@ -26,12 +26,27 @@ namespace {
 // Some for each of several displays.
 constexpr std::size_t keptDescriptors = 32;
 
+/// As much of the size as the display has room for: with very large text it may have less.
+QSize fitting(const QSize& size, const QScreen& screen) {
+    QSize room = screen.availableGeometry().size();
+    if (room == screen.geometry().size() && room.height() < size.height()) {
+        // Not everybody tells of panels; most desktops have one at the top or the bottom.
+        constexpr int panel = 36;
+        room.rheight() -= panel;
+    }
+    return size.boundedTo(room);
+}
+
 class QtWindow : public Window {
 public:
-    explicit QtWindow(std::unique_ptr<QQuickView> view) : view_(std::move(view)) {}
+    QtWindow(std::unique_ptr<QQuickView> view, const QSize& size)
+        : view_(std::move(view)), size_(size) {
+        fit();
+    }
 
     void makeKeyAndOrderFront() override {
         if (!view_->isVisible()) {
+            fit();
             const QRect available = view_->screen()->availableGeometry();
             if (!wasShown_) {
                 view_->setPosition(available.center() - view_->geometry().center() +
@@ -51,7 +66,15 @@ public:
     }
 
 private:
+    void fit() {
+        const QSize size = fitting(size_, *view_->screen());
+        view_->setMinimumSize(size);
+        view_->setMaximumSize(size);
+        view_->resize(size);
+    }
+
     std::unique_ptr<QQuickView> view_;
+    QSize size_; ///< where there is room
     bool wasShown_ = false;
 };
 
@@ -67,12 +90,8 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                               windowSpec.background, std::move(onCloseRequested));
     view->setFlags(Qt::Window | Qt::FramelessWindowHint);
     view->setTitle(QString::fromStdString(windowSpec.title));
-    const QSize size(windowSpec.width, windowSpec.height);
-    view->setMinimumSize(size);
-    view->setMaximumSize(size);
-    view->resize(size);
     addFrame(*view);
-    return std::make_unique<QtWindow>(std::move(view));
+    return std::make_unique<QtWindow>(std::move(view), QSize(windowSpec.width, windowSpec.height));
 }
 
 std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::WindowFlags flags,

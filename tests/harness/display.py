@@ -68,6 +68,15 @@ class VirtualDisplay:
 
     def position(self, window):
         """The upper left corner of a window, in pixels of the screen."""
+        geometry = self._geometry(window)
+        return geometry["X"], geometry["Y"]
+
+    def size(self, window):
+        """The width and the height of a window, in pixels."""
+        geometry = self._geometry(window)
+        return geometry["WIDTH"], geometry["HEIGHT"]
+
+    def _geometry(self, window):
         answer = subprocess.run(
             ["xdotool", "getwindowgeometry", "--shell", window],
             check=True,
@@ -75,8 +84,7 @@ class VirtualDisplay:
             stdout=subprocess.PIPE,
             text=True,
         ).stdout
-        values = dict(line.split("=") for line in answer.split())
-        return int(values["X"]), int(values["Y"])
+        return {name: int(value) for name, value in (line.split("=") for line in answer.split())}
 
     def click(self, window, x, y):
         """Clicks at a point of a window, in pixels from its corner."""

@@ -16,9 +16,9 @@ APPLE_LOCK = "Switch to secure Apple Lock"
 
 class LockScreen:
     """Up from the start, with the given agents, as `Agents` takes them. Everything goes with the test
-    case; `desktop` is an AccessibleDesktop."""
+    case; `desktop` is an AccessibleDesktop. The program gets the variables in its environment."""
 
-    def __init__(self, case, desktop, display, processes, vigilo, module, agents=()):
+    def __init__(self, case, desktop, display, processes, vigilo, module, agents=(), **variables):
         self.desktop = desktop
         self.display = display
         self.pam = OddPam(module)
@@ -34,7 +34,8 @@ class LockScreen:
         self.process = processes.start(
             Agents.apart(*self.pam.command(*self.agents.command(vigilo))),
             env=environment(
-                DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus"
+                DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
+                **variables,
             ),
         )
         wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")

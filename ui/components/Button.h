@@ -41,6 +41,8 @@ public:
     double verticalPadding() const { return verticalPadding_; }
     void setVerticalPadding(double padding);
 
+    bool contains(const QPointF& point) const override;
+
     bool isDown() const { return isDown_; }
     bool isHovered() const { return isHovered_; }
 
@@ -54,9 +56,9 @@ Q_SIGNALS:
     void backgroundChanged();
     void contentItemChanged();
     void paddingChanged();
+    void reachChanged();
     void downChanged();
     void hoveredChanged();
-    void reachChanged();
     void visualFocusChanged();
 
 protected:
@@ -87,9 +89,9 @@ private:
     QPointer<QQuickItem> contentItem_;
     double horizontalPadding_ = 0;
     double verticalPadding_ = 0;
+    double reach_ = 0;
     bool takesFocusByPointer_ = true;
     bool isDown_ = false;
-    double reach_ = 0;
     bool isHovered_ = false;
     bool hasVisualFocus_ = false;
     int releasedKey_ = 0;

@@ -46,7 +46,9 @@ T.Menu {
         implicitWidth: 176
         implicitHeight: contentHeight
         model: menu.contentModel
-        interactive: false
+        interactive: contentHeight > height
+        clip: interactive
+        boundsBehavior: Flickable.StopAtBounds
         currentIndex: menu.currentIndex
         // Home and End go to the ends, a letter to the next row that begins with it.
         Keys.onPressed: event => {

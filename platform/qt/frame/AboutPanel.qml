@@ -39,6 +39,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             width: 72
             height: 72
+            visible: Screen.height >= 340
             sourceSize.width: 144
             sourceSize.height: 144
             source: "qrc:/vigilo/Vigilo.svg"
@@ -80,8 +81,8 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             horizontalPadding: 6
             verticalPadding: 3
-            text: panel.homePage
             reach: 2
+            text: panel.homePage
             Accessible.role: Accessible.Link
             onClicked: Qt.openUrlExternally(panel.homePage)
 

@@ -9,7 +9,8 @@ FocusScope {
 
     required property AlertModel model
 
-    implicitWidth: 400
+    // Very large text leaves little room on a display.
+    implicitWidth: Math.min(400, Screen.width - 16)
     implicitHeight: column.height + 48
     focus: true
     Accessible.role: Accessible.AlertMessage
@@ -50,6 +51,8 @@ FocusScope {
 
         Text {
             width: parent.width
+            height: Math.max(Math.min(implicitHeight, Screen.height - 180), 16)
+            elide: Text.ElideRight
             text: panel.model.informativeText
             color: Theme.white(0.75)
             font.family: Fonts.systemFamily

@@ -13,11 +13,16 @@ FocusScope {
     // The line that Return chooses; -1 for none.
     property int currentIndex: -1
 
+    // Where the pointer was last.
+    property real pointerX: -1
+    property real pointerY: -1
+
     signal dismissed
 
     // Nothing is chosen at first; the keyboard begins at an end.
     function begin() {
         lines.currentIndex = -1;
+        lines.pointerX = -1;
         lines.forceActiveFocus(Qt.PopupFocusReason);
     }
 
@@ -25,6 +30,15 @@ FocusScope {
         if (lines.menu.isSelectable(row)) {
             lines.menu.trigger(row);
             lines.dismissed();
+        }
+    }
+
+    // Lines that the keyboard moves below a pointer at rest are not meant by it.
+    function point(row: int, x: real, y: real) {
+        if (x !== lines.pointerX || y !== lines.pointerY) {
+            lines.pointerX = x;
+            lines.pointerY = y;
+            lines.currentIndex = row;
         }
     }
 
@@ -65,21 +79,37 @@ FocusScope {
         }
     }
 
-    Column {
-        id: column
+    // A menu that is longer than there is room for is scrolled.
+    Flickable {
+        id: area
 
-        width: parent.width
+        anchors.fill: parent
+        contentHeight: column.implicitHeight
+        interactive: contentHeight > height
+        clip: interactive
+        boundsBehavior: Flickable.StopAtBounds
 
-        Repeater {
-            id: rows
+        Column {
+            id: column
 
-            model: lines.menu
+            width: lines.width
 
-            MenuRow {
-                width: lines.width
-                isCurrent: index === lines.currentIndex
-                onEntered: lines.currentIndex = index
-                onPressed: lines.choose(index)
+            Repeater {
+                id: rows
+
+                model: lines.menu
+
+                MenuRow {
+                    width: lines.width
+                    isCurrent: index === lines.currentIndex
+                    onIsCurrentChanged: {
+                        if (isCurrent) {
+                            area.contentY = Math.max(Math.min(area.contentY, y), y + height - area.height, 0);
+                        }
+                    }
+                    onPointed: (x, y) => lines.point(index, x, y)
+                    onPressed: lines.choose(index)
+                }
             }
         }
     }

@@ -14,7 +14,8 @@ Item {
     required property int check
     required property bool isCurrent
 
-    signal entered
+    // The pointer is at this place of the window.
+    signal pointed(x: real, y: real)
     signal pressed
 
     height: isSeparator ? 9 : 28
@@ -46,9 +47,15 @@ Item {
     MouseArea {
         id: area
 
+        function point() {
+            const place = area.mapToItem(null, area.mouseX, area.mouseY);
+            row.pointed(place.x, place.y);
+        }
+
         anchors.fill: parent
         hoverEnabled: true
-        onEntered: row.entered()
+        onEntered: area.point()
+        onPositionChanged: area.point()
         onClicked: row.pressed()
     }
 

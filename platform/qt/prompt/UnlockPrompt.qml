@@ -8,6 +8,9 @@ FocusScope {
 
     required property UnlockPromptModel model
 
+    // Whatever is said, both the field and the button are on the display.
+    readonly property bool isLow: height < 360
+
     anchors.fill: parent
     focus: true
     Accessible.role: Accessible.Dialog
@@ -139,7 +142,7 @@ FocusScope {
                 height: Math.max(implicitHeight, 16)
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                maximumLineCount: 4
+                maximumLineCount: prompt.isLow ? 2 : 4
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
                 font.family: Fonts.systemFamily
@@ -159,7 +162,7 @@ FocusScope {
                 height: implicitHeight
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
-                maximumLineCount: 3
+                maximumLineCount: prompt.isLow ? 1 : 3
                 elide: Text.ElideRight
                 text: prompt.model.fingerprintHint
                 size: 12

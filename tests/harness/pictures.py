@@ -1,5 +1,6 @@
 """Pictures of a screen, read pixel by pixel."""
 
+import collections
 import subprocess
 
 # Two layers of it, of at most one step each way.
@@ -68,3 +69,66 @@ class Picture:
             points(min(columns), 0), points(min(rows), 1),
             points(max(columns) + 1, 0), points(max(rows) + 1, 1),
         )
+
+    def texts(self, box, points):
+        """The pieces of writing in a box of the screen's pixels: their boxes and how they stand out from what
+        they are written on, as a contrast. `points` is how many pixels a point has. Signs that are as high as
+        they are wide are no writing."""
+        left, top, right, bottom = box
+        rows = [[self._pixel(x, y) for x in range(left, right)] for y in range(top, bottom)]
+        counts = collections.Counter(tuple(value // 8 for value in pixel) for row in rows for pixel in row)
+        common = counts.most_common(1)[0][0]
+        ground = tuple(value * 8 + 4 for value in common)
+        ink = [[max(abs(a - b) for a, b in zip(pixel, ground)) > FAINTEST for pixel in row] for row in rows]
+        whole = (0, 0, right - left, bottom - top)
+        for column in _runs(ink, whole, 0, 6 * points):
+            for line in _runs(ink, column, 1, points):
+                for piece in _runs(ink, line, 0, (line[3] - line[1]) // 2):
+                    width, height = piece[2] - piece[0], piece[3] - piece[1]
+                    if width > 1.2 * height and height > 3 * points:
+                        yield _moved(piece, left, top), _contrast(rows, ink, piece)
+
+
+# How much less than this a channel differs from the ground is no ink: grounds are not quite even.
+FAINTEST = 26
+
+
+def _moved(box, right, down):
+    return box[0] + right, box[1] + down, box[2] + right, box[3] + down
+
+
+def _runs(ink, box, axis, gap):
+    """The parts of a box between empty columns (axis 0) or lines (axis 1) that are at least so many, as boxes
+    without an empty edge along that axis."""
+    left, top, right, bottom = box
+    if axis == 0:
+        filled = [x for x in range(left, right) if any(ink[y][x] for y in range(top, bottom))]
+    else:
+        filled = [y for y in range(top, bottom) if any(ink[y][left:right])]
+    start = 0
+    for index in range(1, len(filled) + 1):
+        if index == len(filled) or filled[index] - filled[index - 1] > max(gap, 1):
+            first, last = filled[start], filled[index - 1] + 1
+            yield (first, top, last, bottom) if axis == 0 else (left, first, right, last)
+            start = index
+
+
+def _contrast(rows, ink, box):
+    """That of the writing's strongest pixel against the mean of the ground in its box."""
+    left, top, right, bottom = box
+    places = [(x, y) for y in range(top, bottom) for x in range(left, right)]
+    ground = [rows[y][x] for x, y in places if not ink[y][x]] or [rows[top][left]]
+    mean = tuple(sum(channel) / len(channel) for channel in zip(*ground))
+    return max(contrast(rows[y][x], mean) for x, y in places if ink[y][x])
+
+
+def contrast(first, second):
+    """The contrast ratio of two colours as the Web Content Accessibility Guidelines reckon it, 1 to 21."""
+    brighter, darker = sorted((_luminance(first), _luminance(second)), reverse=True)
+    return (brighter + 0.05) / (darker + 0.05)
+
+
+def _luminance(colour):
+    parts = [value / 255 for value in colour]
+    linear = [part / 12.92 if part <= 0.04045 else ((part + 0.055) / 1.055) ** 2.4 for part in parts]
+    return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]

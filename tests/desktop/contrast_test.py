@@ -1,0 +1,169 @@
+#!/usr/bin/python3
+"""How every text stands out from what it is written on, measured on pictures of the running program, in
+which the screen reader's interface tells where the texts are. Usage: contrast_test.py VIGILO MODULE"""
+
+import os
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.accessibility import AccessibleDesktop
+from harness.agents import Agents
+from harness.display import VirtualDisplay, windows_named
+from harness.lock_screen import UNLOCK, LockScreen
+from harness.pam import OddPam
+from harness.pictures import Picture
+from harness.processes import Processes, environment, wait_until
+
+VIGILO = sys.argv.pop(1)
+MODULE = sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+SCALE = 2  # so that even a thin stroke has a pixel of its full colour
+LEAST = 4.5
+
+# Colour of the design, and dimmer: a part of the text's name, and its contrast.
+FIXED = {
+    # White on the blue of the two large buttons, which the design names.
+    "Start Awake Session": 3.6,
+    UNLOCK: 3.6,
+    # The design's third rank of text, a quarter white: a remark that nobody needs, and the running time
+    # of an agent, which comes after its state.
+    "Keeping awake prevents sleep": 2.4,
+    "DETECTED, ": 2.2,
+    "BUSY SIGNAL, ": 2.2,
+    # The sign beside the text, white at 45 %.
+    "remains awake even when": 4.5,
+}
+ROUND = ("push button", "menu item", "panel")
+CORNER = 5
+FRAMES = ("application", "frame", "dialog", "list", "popup menu", "alert", "separator")
+
+
+class Contrast(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        # One for all: the library that reads the tree keeps its first connection.
+        cls.desktop = AccessibleDesktop()
+        cls.addClassCleanup(cls.desktop.stop)
+
+    def setUp(self):
+        self.display = VirtualDisplay("%dx%dx24" % (1440 * SCALE, 900 * SCALE))
+        self.addCleanup(self.display.stop)
+        self.processes = Processes()
+        self.addCleanup(self.processes.stop)
+
+    def start(self):
+        config = os.path.join(self.desktop.folder, self.id())
+        # A directory in the place of a file: starting at login cannot be switched on.
+        os.makedirs(os.path.join(config, "autostart/io.github.vigilo.Vigilo.desktop"))
+        service = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+        self.processes.start(
+            [VIGILO],
+            env=environment(
+                DISPLAY=self.display.name, WAYLAND_DISPLAY=None, XDG_CONFIG_HOME=config, QT_SCALE_FACTOR=str(SCALE)
+            ),
+        )
+        self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
+        self.desktop.wait_for("push button", "Start Awake Session")
+        self.display.move_pointer(0, 0)
+
+    def check(self, nodes):
+        """Measures the texts of these nodes; returns how many there were."""
+        self.display.settle()
+        picture = Picture(self.display.picture())
+        count = 0
+        for node in nodes:
+            if node.role in FRAMES or "showing" not in node.states:
+                continue
+            left, top, right, bottom = [edge * SCALE for edge in node.box()]
+            # What round corners leave of the box is no writing.
+            corner = CORNER * SCALE if node.role in ROUND and bottom - top >= 4 * CORNER * SCALE else 0
+            box = left + corner, top + corner, right - corner, bottom - corner
+            contrasts = [value for _, value in picture.texts(box, SCALE)]
+            fixed = [value for name, value in FIXED.items() if name in node.name]
+            with self.subTest(text=node.name):
+                if fixed:
+                    self.assertAlmostEqual(min(contrasts), fixed[0], delta=0.3)
+                others = [value for value in contrasts if not fixed or abs(value - fixed[0]) > 0.3]
+                self.assertTrue(all(value >= LEAST for value in others), contrasts)
+            count += len(contrasts)
+        return count
+
+    def last_window(self):
+        nodes = self.desktop.nodes()
+        return nodes[[index for index, node in enumerate(nodes) if node.role == "frame"][-1] :]
+
+    def is_shown(self, button):
+        """Whether the last window is a panel with this button, and has come up."""
+        nodes = self.last_window()
+        return nodes[1].role in ("alert", "dialog") and nodes[-1].name == button and "showing" in nodes[-1].states
+
+    def menu(self):
+        return [node for node in self.desktop.nodes() if node.role == "menu item" and "showing" in node.states]
+
+    def test_main_window(self):
+        self.start()
+        self.assertGreaterEqual(self.check(self.desktop.nodes()), 10)
+        for menu, rows in (("Awake duration", 6), ("Screen mode", 3), ("Main menu", 8)):
+            self.desktop.find("push button", menu).press()
+            wait_until(self.menu, "the menu")
+            self.display.key("Home")
+            self.assertGreaterEqual(self.check(self.menu()), rows)
+            self.display.key("Escape")
+            wait_until(lambda: not self.menu(), "the menu to close")
+        self.desktop.find("push button", "Screen mode").press()
+        self.desktop.wait_for("menu item", "Stay Visible").press()
+        self.desktop.find("push button", "Start Awake Session").press()
+        self.desktop.wait_for("heading", "This Mac is staying awake")
+        self.assertGreaterEqual(self.check(self.desktop.nodes()), 8)
+
+    def test_panels(self):
+        self.start()
+        for item, button in (("About Vigilo", "Close"), ("Launch at Login", "OK")):
+            self.desktop.find("push button", "Main menu").press()
+            self.desktop.wait_for("menu item", item).press()
+            self.desktop.wait_for("push button", button)
+            wait_until(lambda name=button: self.is_shown(name), "the panel")
+            self.assertGreaterEqual(self.check(self.last_window()), 3)
+            self.display.key("Escape")
+            wait_until(lambda name=button: not self.is_shown(name), "the panel to close")
+
+    def lock(self, agents):
+        return LockScreen(
+            self, self.desktop, self.display, self.processes, VIGILO, MODULE, agents, QT_SCALE_FACTOR=str(SCALE)
+        )
+
+    def test_lock_screen_and_prompt(self):
+        lock = self.lock([("claude", "webapp", True, 1), ("codex", "compiler", False, 4)])
+        self.display.move_pointer(0, 0)
+        wait_until(lambda: any("BUSY" in node.name for node in lock.shown()), "the busy one")
+        self.assertGreaterEqual(self.check(lock.shown()), 16)
+        lock.pam.finger_does("say", "Place_your_finger", "hang")
+        wait_until(lambda: lock.focused() == ("push button", UNLOCK), "the focus")
+        self.display.key("Return")
+        wait_until(lambda: any("finger" in node.name for node in lock.prompt()), "the prompt")
+        self.assertGreaterEqual(self.check(lock.prompt()), 5)
+        self.display.key(*"wrong", "Caps_Lock", "Return")
+        self.addCleanup(self.display.key, "Caps_Lock")
+        wait_until(lambda: any("not right" in node.name for node in lock.prompt()), "the refusal")
+        self.display.key("Tab")
+        self.assertGreaterEqual(self.check(lock.prompt()), 5)
+
+    def test_lock_screen_without_agents(self):
+        lock = self.lock([])
+        self.display.move_pointer(0, 0)
+        self.assertGreaterEqual(self.check(lock.shown()), 9)
+
+
+if __name__ == "__main__":
+    reason = OddPam.missing() or Agents.missing()
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

@@ -3,9 +3,10 @@
 #include "app/CommandLine.h"
 #include "app/SelfTest.h"
 #include "platform/linux/SystemWallClock.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/bus/SessionBusProbe.h"
 #include "platform/linux/guard/HelperLockGuard.h"
 #include "platform/linux/instance/ApplicationService.h"
-#include "platform/linux/instance/HungSessionBus.h"
 #include "platform/linux/lock/DesktopSystemLock.h"
 #include "platform/linux/login/XdgLoginItem.h"
 #include "platform/linux/notifications/DesktopNotifications.h"
@@ -47,7 +48,9 @@ AgentMonitor::Scan agentScan() {
 int runApplication(char* programName) {
     platform::leaveHungSessionBus();
     platform::ApplicationObject applicationObject(programName);
-    platform::ApplicationService service;
+    platform::QtRunLoop runLoop;
+    platform::SessionBus sessionBus(runLoop);
+    platform::ApplicationService service(sessionBus);
     switch (service.claim()) {
     case platform::ApplicationService::Claim::first:
         break;
@@ -57,16 +60,16 @@ int runApplication(char* programName) {
         std::fputs("vigilo: it is running already but does not answer.\n", stderr);
         return EXIT_FAILURE;
     }
-    platform::QtMenuBar menuBar;
+    platform::QtMenuBar menuBar(sessionBus);
     platform::QtWindows windows(menuBar.mainMenu());
     platform::QtApplication qtApplication(windows);
-    platform::QtRunLoop runLoop;
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());
     platform::DesktopSystemLock systemLock;
     platform::DesktopWorkspace workspace;
     platform::QtAlerts alerts(windows);
-    platform::QtStatusBar statusBar(windows, platform::QtApplication::useActivationToken);
+    platform::QtStatusBar statusBar(windows, sessionBus,
+                                    platform::QtApplication::useActivationToken);
     platform::XdgLoginItem loginItem(platform::autostartEnvironment());
     platform::QtScreens screens;
     platform::QtAuthenticator authenticator;

@@ -4,23 +4,9 @@
 
 namespace vigilo::platform {
 
-QtMenuBar::QtMenuBar() {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected()) {
-        launcherEntry_ = std::make_unique<LauncherEntry>(
-            bus, MenuRequests{.onAction =
-                                  [this](const std::string& action) {
-                                      if (requests_.onAction) {
-                                          requests_.onAction(action);
-                                      }
-                                  },
-                              .onWillOpen =
-                                  [this] {
-                                      if (requests_.onWillOpen) {
-                                          requests_.onWillOpen();
-                                      }
-                                  }});
-    }
+QtMenuBar::QtMenuBar(SessionBus& bus) : bus_(bus) {
+    QObject::connect(&bus_, &SessionBus::changed, &mainMenu_, [this] { busChanged(); });
+    busChanged();
 }
 
 void QtMenuBar::observe(MenuRequests requests) {
@@ -33,9 +19,35 @@ void QtMenuBar::setMainMenu(const Menu& menu) {
 }
 
 void QtMenuBar::setDockMenu(const Menu& menu) {
+    dockMenu_ = menu;
     if (launcherEntry_) {
-        launcherEntry_->setMenu(menu);
+        launcherEntry_->setMenu(dockMenu_);
     }
+}
+
+void QtMenuBar::busChanged() {
+    launcherEntry_.reset();
+    if (bus_.connection().isConnected()) {
+        launcherEntry_ = std::make_unique<LauncherEntry>(bus_.connection(), dockRequests());
+        if (!dockMenu_.items.empty()) {
+            launcherEntry_->setMenu(dockMenu_);
+        }
+    }
+}
+
+MenuRequests QtMenuBar::dockRequests() {
+    return {.onAction =
+                [this](const std::string& action) {
+                    if (requests_.onAction) {
+                        requests_.onAction(action);
+                    }
+                },
+            .onWillOpen =
+                [this] {
+                    if (requests_.onWillOpen) {
+                        requests_.onWillOpen();
+                    }
+                }};
 }
 
 } // namespace vigilo::platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/MenuBar.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/tray/LauncherEntry.h"
 #include "platform/qt/frame/MenuModel.h"
 
@@ -12,7 +13,8 @@ namespace vigilo::platform {
 /// the dock menu as docks read it over the session bus.
 class QtMenuBar : public MenuBar {
 public:
-    QtMenuBar();
+    /// The bus outlives it.
+    explicit QtMenuBar(SessionBus& bus);
 
     void observe(MenuRequests requests) override;
     void setMainMenu(const Menu& menu) override;
@@ -22,7 +24,12 @@ public:
     MenuModel& mainMenu() { return mainMenu_; }
 
 private:
+    void busChanged();
+    MenuRequests dockRequests();
+
+    SessionBus& bus_;
     MenuModel mainMenu_;
+    Menu dockMenu_;
     MenuRequests requests_;
     std::unique_ptr<LauncherEntry> launcherEntry_; ///< none without a session bus
 };

@@ -74,6 +74,23 @@ class OneInstance(unittest.TestCase):
         perform(self.bus, "quitApp")
         self.assertEqual(self.first.wait(20), 0)
 
+    def test_it_is_found_on_the_bus_that_replaces_another(self):
+        for _ in range(2):
+            self.bus.restart()
+            wait_until(self.is_on_the_bus, "its name on the new bus")
+            self.act("nonsense")
+            second = self.start_again()
+            self.assertEqual((second.returncode, second.stderr), (0, ""))
+        self.act("quitApp")
+        self.assertEqual(self.first.wait(20), 0)
+
+    def is_on_the_bus(self):
+        names = subprocess.run(
+            ["busctl", "--address=" + self.bus.address, "list", "--acquired", "--no-legend"],
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
+        ).stdout
+        return ID in names
+
     def test_the_place_is_free_when_it_has_ended(self):
         self.first.terminate()
         self.first.wait(20)

@@ -15,7 +15,7 @@ import dbus
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
-from harness.panels import ExportedMenu, StatusItem, XfcePanel
+from harness.panels import ExportedMenu, StatusItem, Watcher, XfcePanel
 from harness.processes import Processes, end, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -170,6 +170,24 @@ class WithXfcePanel(Desktop):
             panel.send_signal(signal.SIGKILL)
             panel.wait()
             wait_until(lambda: not self.item.registered(), "the panel's end")
+
+    def test_two_panels_show_one_item(self):
+        self.panel.start()
+        self.start()
+        item = self.item.wait_for()
+        second = dbus.bus.BusConnection(self.bus.address)
+        self.addCleanup(second.close)
+        # The second panel comes to the first one's watcher, and everybody hears of it.
+        dbus.Interface(
+            second.get_object("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", introspect=False),
+            "org.kde.StatusNotifierWatcher",
+        ).RegisterStatusNotifierHost(second.get_unique_name())
+        name = item.split("/", 1)[0]
+        menu = ExportedMenu(second, name, str(self.item.properties()["Menu"]))
+        menu.click("Keep Mac Awake")
+        for each in (menu, self.item.menu()):
+            self.wait_for_titles(each, AWAKE)
+        self.assertEqual(self.item.registered(), [item])
 
     def test_nonsense_from_the_bus_changes_nothing(self):
         self.panel.start()
@@ -345,10 +363,69 @@ class WithTrayer(Desktop):
             end(tray)
             wait_until(lambda: self.icon() is None, "the tray's end")
 
+    def test_it_takes_the_place_of_a_panel_that_goes(self):
+        self.start_trayer()
+        watcher = Watcher(self.processes, self.bus)
+        self.addCleanup(watcher.kill)
+        watcher.say("host")
+        self.start()
+        wait_until(lambda: watcher.lines("item"), "the item")
+        wait_until(lambda: self.icon() is None, "the tray to be left to others")
+        watcher.say("no host")
+        wait_until(self.icon, "the icon")
+        watcher.say("host")
+        wait_until(lambda: self.icon() is None, "the tray to be left again")
+
     def test_it_is_there_without_a_session_bus(self):
         self.start_trayer()
         self.start(DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus")
         wait_until(self.icon, "the icon")
+
+
+class WithWatcher(Desktop):
+    """What panels do one after another, step by step."""
+
+    def watcher(self):
+        watcher = Watcher(self.processes, self.bus)
+        self.addCleanup(watcher.kill)
+        return watcher
+
+    def test_a_watcher_without_a_panel_is_waited_with(self):
+        watcher = self.watcher()
+        self.start()
+        wait_until(lambda: watcher.lines("asked"), "the question for a panel")
+        self.display.settle()
+        self.assertEqual(watcher.lines("item"), [])
+        watcher.say("host")
+        wait_until(lambda: watcher.lines("item"), "the item")
+
+    def test_of_two_watchers_the_second_has_the_item_when_the_first_ends(self):
+        first, second = self.watcher(), self.watcher()
+        first.say("host")
+        second.say("host")
+        self.start()
+        wait_until(lambda: first.lines("item"), "the item")
+        self.assertEqual(second.lines("item"), [])
+        first.kill()
+        wait_until(lambda: second.lines("item"), "the item at the second one")
+
+    def test_it_is_there_on_the_bus_that_replaces_another(self):
+        watcher = self.watcher()
+        watcher.say("host")
+        self.start()
+        wait_until(lambda: watcher.lines("item"), "the item")
+        for _ in range(2):
+            self.bus.restart()
+            watcher = self.watcher()
+            watcher.say("host")
+            item = wait_until(lambda: watcher.lines("item"), "the item on the new bus")[-1].split()[1]
+            bus = dbus.bus.BusConnection(self.bus.address)
+            self.addCleanup(bus.close)
+            properties = dbus.Interface(
+                bus.get_object(item, "/StatusNotifierItem", introspect=False), dbus.PROPERTIES_IFACE
+            ).GetAll("org.kde.StatusNotifierItem")
+            self.assertEqual(properties["ToolTip"][2], "Vigilo — Normal sleep")
+            self.assertEqual(ExportedMenu(bus, item, str(properties["Menu"])).titles(), IDLE)
 
 
 class WithoutPanel(Desktop):

@@ -1,11 +1,14 @@
 """Real panels that show status items, and what can be read of an item over the session bus."""
 
 import os
+import subprocess
+import time
 
 import dbus
 
 from .processes import environment, wait_until
 
+HERE = os.path.dirname(os.path.abspath(__file__))
 WATCHER = "org.kde.StatusNotifierWatcher"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
@@ -51,6 +54,34 @@ class XfcePanel:
 
     def start(self):
         return self._processes.start(["xfce4-panel", "--disable-wm-check"], env=self._environment)
+
+
+class Watcher:
+    """A watcher for status items without a panel of its own."""
+
+    def __init__(self, processes, bus):
+        self._log_path = os.path.join(bus.folder, "watcher-%d" % time.monotonic_ns())
+        with open(self._log_path, "w", encoding="utf-8") as log:
+            self.process = processes.start(
+                ["/usr/bin/python3", os.path.join(HERE, "status_watcher.py")],
+                env=environment(DBUS_SESSION_BUS_ADDRESS=bus.address), stdin=subprocess.PIPE, stdout=log,
+            )
+        wait_until(lambda: self.lines("ready"), "the watcher")
+
+    def lines(self, beginning):
+        """What it has said so far that begins so."""
+        with open(self._log_path, encoding="utf-8") as log:
+            # Whole lines only: the last one may be half written.
+            return [line for line in log.read().rpartition("\n")[0].splitlines() if line.startswith(beginning)]
+
+    def say(self, line):
+        self.process.stdin.write(line.encode() + b"\n")
+        self.process.stdin.flush()
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdin.close()
 
 
 class StatusItem:

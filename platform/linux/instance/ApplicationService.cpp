@@ -1,10 +1,11 @@
 #include "platform/linux/instance/ApplicationService.h"
 
+#include "platform/linux/bus/SessionBus.h"
+
 #include <utility>
 
-#include <QDBusConnectionInterface>
+#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusReply>
 
 namespace vigilo::platform {
 
@@ -32,15 +33,13 @@ QVariantMap ownPlatformData() {
 
 } // namespace
 
-ApplicationService::Claim ApplicationService::claim() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return Claim::first;
-    }
-    // The object first: who sees the name may call at once.
+ApplicationService::ApplicationService(SessionBus& bus) : bus_(bus) {
     new ApplicationAdaptor(*this);
-    bus.registerObject(QString::fromLatin1(objectPath), this);
-    if (bus.registerService(QString::fromLatin1(applicationId))) {
+}
+
+ApplicationService::Claim ApplicationService::claim() {
+    if (!bus_.connection().isConnected() || takeName()) {
+        connect(&bus_, &SessionBus::changed, this, &ApplicationService::busChanged);
         return Claim::first;
     }
     QDBusMessage activation = QDBusMessage::createMethodCall(
@@ -48,8 +47,22 @@ ApplicationService::Claim ApplicationService::claim() {
         QString::fromLatin1(interfaceName), QStringLiteral("Activate"));
     activation << ownPlatformData();
     activation.setAutoStartService(false);
-    const QDBusMessage answer = bus.call(activation, QDBus::Block, answerLimit);
+    const QDBusMessage answer = bus_.connection().call(activation, QDBus::Block, answerLimit);
     return answer.type() == QDBusMessage::ReplyMessage ? Claim::passedOn : Claim::doesNotAnswer;
+}
+
+bool ApplicationService::takeName() {
+    QDBusConnection bus = bus_.connection();
+    // The object first: who sees the name may call at once.
+    bus.registerObject(QString::fromLatin1(objectPath), this);
+    return bus.registerService(QString::fromLatin1(applicationId));
+}
+
+void ApplicationService::busChanged() {
+    if (bus_.connection().isConnected()) {
+        // Where somebody was faster there are two of us now, and the other one is the one to reach.
+        takeName();
+    }
 }
 
 void ApplicationService::serve(Requests requests) {

@@ -4,18 +4,20 @@
 #include <string>
 
 #include <QDBusAbstractAdaptor>
-#include <QDBusConnection>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 
 namespace vigilo::platform {
 
+class SessionBus;
+
 /// The program's id: the name it owns on the session bus and the one of its desktop file.
 inline constexpr auto applicationId = "io.github.vigilo.Vigilo";
 
 /// The running program as others on the session bus reach it: `org.freedesktop.Application`. It
-/// makes sure that there is one instance only. Main thread.
+/// makes sure that there is one instance only, also on a bus that takes the place of the first one.
+/// Main thread.
 class ApplicationService : public QObject {
     Q_OBJECT
 
@@ -33,6 +35,9 @@ public:
         doesNotAnswer ///< there is one that did not answer within two seconds
     };
 
+    /// The bus outlives it.
+    explicit ApplicationService(SessionBus& bus);
+
     /// Becomes the one instance, or asks the one that runs to come forward with the activation
     /// token that this program was started with.
     Claim claim();
@@ -44,6 +49,10 @@ public:
     void activateAction(const QString& action, const QVariantMap& platformData) const;
 
 private:
+    bool takeName();
+    void busChanged();
+
+    SessionBus& bus_;
     Requests requests_;
 };
 

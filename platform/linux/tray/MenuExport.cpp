@@ -128,9 +128,10 @@ void MenuExport::happened(int id, const QString& event) {
     const Line* const line = find(id);
     if (line != nullptr && event == QStringLiteral("clicked") && line->item.isEnabled &&
         !line->item.action.empty()) {
-        // Later, so that a panel that waits for the answer never waits for what the action shows.
+        // Later, so that a panel that waits for the answer never waits for what the action shows;
+        // and by a copy, since the action may outlast this menu.
         QMetaObject::invokeMethod(
-            this, [this, action = line->item.action] { requests_.onAction(action); },
+            this, [onAction = requests_.onAction, action = line->item.action] { onAction(action); },
             Qt::QueuedConnection);
     }
 }

@@ -24,8 +24,11 @@ StatusNotifierWatcher::StatusNotifierWatcher(QDBusConnection bus,
             [this](const QString&, const QString&, const QString& now) {
                 ownerChanged(!now.isEmpty());
             });
-    bus_.connect(watcherName, watcherPath, watcherName,
+    // Of any sender: with a name the library would ask the bus for its owner and wait.
+    bus_.connect(QString(), watcherPath, watcherName,
                  QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(hostRegistered()));
+    bus_.connect(QString(), watcherPath, watcherName,
+                 QStringLiteral("StatusNotifierHostUnregistered"), this, SLOT(hostUnregistered()));
     QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
@@ -52,6 +55,11 @@ void StatusNotifierWatcher::ownerChanged(bool isOwned) {
 
 void StatusNotifierWatcher::hostRegistered() {
     registerItem();
+}
+
+void StatusNotifierWatcher::hostUnregistered() {
+    // There may be others.
+    askForHost();
 }
 
 /// There may be a watcher without a panel yet; it tells when one comes.

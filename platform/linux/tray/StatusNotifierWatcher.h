@@ -21,6 +21,7 @@ public:
 
 private Q_SLOTS:
     void hostRegistered();
+    void hostUnregistered();
 
 private:
     void ownerChanged(bool isOwned);

@@ -6,12 +6,12 @@
 
 namespace vigilo::platform {
 
-QtStatusBar::QtStatusBar(QtWindows& windows,
+QtStatusBar::QtStatusBar(QtWindows& windows, SessionBus& bus,
                          std::function<void(const std::string&)> onActivationToken)
-    : windows_(windows), onActivationToken_(std::move(onActivationToken)) {}
+    : windows_(windows), bus_(bus), onActivationToken_(std::move(onActivationToken)) {}
 
 std::unique_ptr<StatusItem> QtStatusBar::makeStatusItem(StatusItemSpec spec) {
-    return std::make_unique<QtStatusItem>(std::move(spec), windows_, onActivationToken_);
+    return std::make_unique<QtStatusItem>(std::move(spec), windows_, bus_, onActivationToken_);
 }
 
 } // namespace vigilo::platform

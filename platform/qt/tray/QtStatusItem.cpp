@@ -18,11 +18,20 @@ QString themeName(const QString& symbol) {
 
 } // namespace
 
-QtStatusItem::QtStatusItem(StatusItemSpec spec, QtWindows& windows,
+QtStatusItem::QtStatusItem(StatusItemSpec spec, QtWindows& windows, SessionBus& bus,
                            std::function<void(const std::string&)> onActivationToken)
-    : spec_(std::move(spec)), windows_(windows) {
+    : spec_(std::move(spec)), windows_(windows), bus_(bus),
+      onActivationToken_(std::move(onActivationToken)) {
     model_.observe(spec_.menu);
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+    QObject::connect(&bus_, &SessionBus::changed, &model_, [this] { busChanged(); });
+    busChanged();
+}
+
+void QtStatusItem::busChanged() {
+    watcher_.reset();
+    item_.reset();
+    menu_.reset();
+    const QDBusConnection& bus = bus_.connection();
     if (!bus.isConnected()) {
         embed(true);
         return;
@@ -30,11 +39,30 @@ QtStatusItem::QtStatusItem(StatusItemSpec spec, QtWindows& windows,
     menu_.emplace(bus, QString::fromLatin1(menuPath), spec_.menu);
     item_.emplace(bus, menu_->path(),
                   StatusNotifierItem::Requests{.onPressed = spec_.onPressed,
-                                               .onActivationToken = std::move(onActivationToken)});
+                                               .onActivationToken = onActivationToken_});
     watcher_.emplace(bus, [this](bool isHosted) { embed(!isHosted); });
+    if (!shownMenu_.items.empty()) {
+        menu_->setMenu(shownMenu_);
+    }
+    if (!image_.symbol.empty()) {
+        showOnBus();
+    }
+}
+
+void QtStatusItem::showOnBus() {
+    const QString symbol = QString::fromStdString(image_.symbol);
+    item_->setIcon(
+        {.name = themeName(symbol),
+         .pixmaps = [symbol] { return statusPixmaps(symbol); },
+         .accessibilityDescription = QString::fromStdString(image_.accessibilityDescription)});
+    item_->setToolTip(QString::fromStdString(toolTip_));
 }
 
 void QtStatusItem::setMenu(const Menu& menu) {
+    if (menu == shownMenu_) {
+        return;
+    }
+    shownMenu_ = menu;
     model_.setItems(menu.items);
     if (menu_) {
         menu_->setMenu(menu);
@@ -46,15 +74,11 @@ void QtStatusItem::setImage(const StatusImage& image) {
         return;
     }
     image_ = image;
-    const QString symbol = QString::fromStdString(image.symbol);
     if (item_) {
-        item_->setIcon(
-            {.name = themeName(symbol),
-             .pixmaps = [symbol] { return statusPixmaps(symbol); },
-             .accessibilityDescription = QString::fromStdString(image.accessibilityDescription)});
+        showOnBus();
     }
     if (embedded_) {
-        embedded_->setSymbol(symbol);
+        embedded_->setSymbol(QString::fromStdString(image_.symbol));
     }
 }
 

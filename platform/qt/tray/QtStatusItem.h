@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/tray/MenuExport.h"
 #include "platform/linux/tray/StatusNotifierItem.h"
 #include "platform/linux/tray/StatusNotifierWatcher.h"
@@ -14,11 +15,12 @@
 
 namespace vigilo::platform {
 
-/// The status item by whichever means the panel of the moment understands. Main thread.
+/// The status item by whichever means the panel of the moment understands, on the session bus of
+/// the moment. Main thread.
 class QtStatusItem : public StatusItem {
 public:
     /// `onActivationToken` as for QtStatusBar.
-    QtStatusItem(StatusItemSpec spec, QtWindows& windows,
+    QtStatusItem(StatusItemSpec spec, QtWindows& windows, SessionBus& bus,
                  std::function<void(const std::string&)> onActivationToken);
 
     void setMenu(const Menu& menu) override;
@@ -26,11 +28,16 @@ public:
     void setToolTip(std::string_view text) override;
 
 private:
+    void busChanged();
+    void showOnBus();
     void embed(bool isWanted);
     void openMenu(const QPoint& place);
 
     StatusItemSpec spec_;
     QtWindows& windows_;
+    SessionBus& bus_;
+    std::function<void(const std::string&)> onActivationToken_;
+    Menu shownMenu_;
     StatusImage image_;
     std::string toolTip_;
     MenuModel model_;

@@ -1,4 +1,4 @@
-#include "platform/linux/instance/HungSessionBus.h"
+#include "platform/linux/bus/SessionBusProbe.h"
 
 #include <chrono>
 #include <cstdint>
@@ -20,33 +20,33 @@ struct Close {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
 
-/// Whether a bus that is there has not said hello when the time is up.
-bool hangs() {
+} // namespace
+
+SessionBusState sessionBusState() {
     sd_bus* opened = nullptr;
     if (sd_bus_open_user(&opened) < 0) {
-        return false;
+        return SessionBusState::absent;
     }
     const std::unique_ptr<sd_bus, Close> bus(opened);
     const auto deadline = Clock::now() + answerLimit;
-    while (sd_bus_is_ready(bus.get()) == 0) {
+    int isReady = 0;
+    while ((isReady = sd_bus_is_ready(bus.get())) == 0) {
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
         if (left.count() <= 0) {
-            return true;
+            return SessionBusState::hangs;
         }
         const int processed = sd_bus_process(bus.get(), nullptr);
         if (processed < 0 || (processed == 0 && sd_bus_wait(bus.get(), static_cast<std::uint64_t>(
                                                                            left.count())) < 0)) {
-            return false;
+            return SessionBusState::absent;
         }
     }
-    return false;
+    return isReady > 0 ? SessionBusState::answers : SessionBusState::absent;
 }
 
-} // namespace
-
 void leaveHungSessionBus() {
-    if (hangs()) {
+    if (sessionBusState() == SessionBusState::hangs) {
         // An address that no library knows a transport for.
         setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     }

@@ -4,6 +4,8 @@
 #include "platform/qt/QtWindows.h"
 #include "platform/qt/frame/AlertModel.h"
 
+#include <algorithm>
+
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QPointer>
@@ -19,7 +21,23 @@ QString text(std::string_view utf8) {
 } // namespace
 
 void QtAlerts::warn(std::string_view message, std::string_view informativeText) {
-    AlertModel model(text(message), text(informativeText));
+    const Warning warning{.message = text(message), .informativeText = text(informativeText)};
+    const bool isKnown = std::find(warnings_.begin(), warnings_.end(), warning) != warnings_.end();
+    if (!isKnown) {
+        warnings_.push_back(warning);
+    }
+    if (panel_ != nullptr) {
+        panel_->showInFront();
+        return;
+    }
+    while (!warnings_.empty()) {
+        show(warnings_.front());
+        warnings_.pop_front();
+    }
+}
+
+void QtAlerts::show(const Warning& warning) {
+    AlertModel model(warning.message, warning.informativeText);
     const auto panel =
         windows_.makePanel(QStringLiteral("Vigilo"), Qt::Dialog, "Frame/AlertPanel", &model);
     // Modal to the window it came from only: a lock screen must never wait for it.
@@ -37,8 +55,10 @@ void QtAlerts::warn(std::string_view message, std::string_view informativeText) 
             untilDismissed.quit();
         }
     });
-    panel->showInFront();
+    panel_ = panel.get();
+    panel_->showInFront();
     untilDismissed.exec();
+    panel_ = nullptr;
     panel->hide();
     if (isFromOrdinaryWindow && parent) {
         parent->requestActivate();

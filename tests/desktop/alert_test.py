@@ -1,0 +1,88 @@
+#!/usr/bin/python3
+"""What fails again and again while a warning is shown. Usage: alert_test.py VIGILO"""
+
+import os
+import sys
+import unittest
+
+import dbus
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.processes import Processes, environment, wait_until
+
+VIGILO = sys.argv.pop(1)
+ID = "io.github.vigilo.Vigilo"
+
+
+class Alerts(unittest.TestCase):
+    """Without a power service a session is refused."""
+
+    def setUp(self):
+        self.display = self.enter(VirtualDisplay())
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        config = os.path.join(self.bus.folder, "config")
+        # So that the start at login cannot be switched either.
+        os.makedirs(os.path.join(config, "autostart/%s.desktop" % ID))
+        self.program = self.processes.start(
+            [VIGILO],
+            env=environment(
+                DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=self.bus.address,
+                DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus", XDG_CONFIG_HOME=config,
+            ),
+        )
+        wait_until(lambda: len(self.windows()) == 1, "the window")
+        self.display.settle()
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def windows(self):
+        return windows_named(self.display.name, "Vigilo")
+
+    def act(self, *actions):
+        connection = dbus.bus.BusConnection(self.bus.address)
+        self.addCleanup(connection.close)
+        for action in actions:
+            connection.call_blocking(
+                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
+                (action, [], {}),
+            )
+
+    def dismiss(self):
+        self.display.settle()
+        self.display.key("Return")
+
+    def test_the_same_warning_is_shown_once(self):
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        self.act(*["toggleProtection", "agentLock", "appleLock"] * 20)
+        self.display.settle()
+        self.assertEqual(len(self.windows()), 2)
+        self.dismiss()
+        wait_until(lambda: len(self.windows()) == 1, "the alert to go")
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert, since it fails anew")
+        self.program.terminate()
+        self.assertEqual(self.program.wait(20), 0)
+
+    def test_another_warning_waits_its_turn(self):
+        self.act("toggleProtection")
+        wait_until(lambda: len(self.windows()) == 2, "the alert")
+        first = set(self.windows())
+        self.act("toggleLaunchAtLogin")
+        self.display.settle()
+        self.assertEqual(set(self.windows()), first)
+        self.dismiss()
+        wait_until(lambda: len(self.windows()) == 2 and set(self.windows()) != first, "the other alert")
+        self.dismiss()
+        wait_until(lambda: len(self.windows()) == 1, "it to go")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -104,7 +104,11 @@ int runApplication(char* programName) {
             [&](const std::string& activationToken) {
                 platform::QtApplication::useActivationToken(activationToken);
                 runLoop.post([&] {
-                    delegate->applicationShouldHandleReopen(qtApplication.hasVisibleWindows());
+                    if (delegate->applicationShouldHandleReopen(
+                            qtApplication.hasVisibleWindows())) {
+                        // Whoever starts a program wants to see it, also when others hide it.
+                        qtApplication.activateIgnoringOtherApps();
+                    }
                 });
             },
         .onAction =

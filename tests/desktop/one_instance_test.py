@@ -2,6 +2,7 @@
 """One instance on a session bus, and what others may ask of it. Usage: one_instance_test.py VIGILO"""
 
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -57,6 +58,23 @@ class OneInstance(unittest.TestCase):
         self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
         wait_until(self.windows, "the window")
         self.assertIsNone(self.first.poll())
+
+    @unittest.skipUnless(shutil.which("openbox"), "openbox is not installed")
+    def test_a_second_start_brings_a_window_behind_others_to_the_front(self):
+        self.processes.start(["openbox"], env=self.variables)
+        # Another program's window: one of ours that is on a bus of its own, which is none.
+        nowhere = self.variables | {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+        self.processes.start([VIGILO], env=nowhere)
+        wait_until(lambda: self.active_window() not in (None, self.window), "the other window")
+        self.assertEqual(self.start_again().returncode, 0)
+        wait_until(lambda: self.active_window() == self.window, "the window in front")
+
+    def active_window(self):
+        answer = subprocess.run(
+            ["xdotool", "getactivewindow"],
+            env=self.variables, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
+        ).stdout.strip()
+        return answer if answer in self.windows() else None
 
     def test_one_that_does_not_answer_holds_the_second_up_for_a_moment_only(self):
         self.first.send_signal(signal.SIGSTOP)

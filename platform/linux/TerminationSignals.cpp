@@ -40,18 +40,22 @@ TerminationSignals::TerminationSignals() {
     if (notifiedDescriptor.exchange(writeEnd_) != -1) {
         fatal("termination signals are watched twice");
     }
+    sigset_t handled;
+    sigemptyset(&handled);
     for (const int signal : terminationSignals) {
         struct sigaction current {};
         sigaction(signal, nullptr, &current);
         if (current.sa_handler == SIG_IGN) {
             continue;
         }
+        sigaddset(&handled, signal);
         struct sigaction handling {};
         handling.sa_handler = notify;
         handling.sa_flags = SA_RESTART;
         sigemptyset(&handling.sa_mask);
         sigaction(signal, &handling, nullptr);
     }
+    pthread_sigmask(SIG_UNBLOCK, &handled, nullptr);
 }
 
 TerminationSignals::~TerminationSignals() {

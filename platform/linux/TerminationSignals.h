@@ -3,7 +3,8 @@
 namespace vigilo::platform {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into something to read on a descriptor. A signal that was
-/// ignored when the program started (as `nohup` does) stays ignored. One at a time in a process.
+/// ignored when the program started (as `nohup` does) stays ignored; one that was blocked, which
+/// nobody means for a program of its own, is let through. One at a time in a process.
 class TerminationSignals {
 public:
     TerminationSignals();

@@ -43,6 +43,20 @@ TEST(TerminationSignals, leaveAnIgnoredSignalIgnored) {
     EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 
+TEST(TerminationSignals, letABlockedSignalThrough) {
+    sigset_t blocked;
+    sigset_t before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    {
+        const TerminationSignals signals;
+        raise(SIGTERM);
+        EXPECT_TRUE(isReadable(signals.descriptor()));
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
 TEST(TerminationSignals, giveTheSignalsBackAtTheirEnd) {
     { const TerminationSignals signals; }
     EXPECT_EQ(std::signal(SIGTERM, SIG_DFL), SIG_DFL);

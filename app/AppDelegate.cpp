@@ -21,6 +21,14 @@ AppDelegate::AppDelegate(Environment environment)
     : environment_(std::move(environment)),
       controller_(std::make_shared<AwakeController>(environment_.controller)) {}
 
+AppDelegate::~AppDelegate() {
+    // The members' own order is the other way round, and would uncover the displays first.
+    controller_.reset();
+    statusItem_.reset();
+    window_.reset();
+    privacyWindows_.clear();
+}
+
 void AppDelegate::applicationDidFinishLaunching() {
     environment_.application.loadIcon();
     makeMainWindow();

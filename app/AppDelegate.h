@@ -41,6 +41,12 @@ public:
 
     explicit AppDelegate(Environment environment);
 
+    /// Lets go of the controller, the status item, the main window and, last of all, the privacy
+    /// windows.
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
     void applicationDidFinishLaunching();
 
     /// Releases what the session holds; no reaction of the delegate runs any more.

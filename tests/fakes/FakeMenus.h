@@ -51,6 +51,7 @@ private:
     class FakeStatusItem : public platform::StatusItem {
     public:
         explicit FakeStatusItem(FakeStatusBar& bar) : bar_(bar) {}
+        ~FakeStatusItem() override { bar_.log_.emplace_back("no status item"); }
 
         void setMenu(const platform::Menu& menu) override {
             bar_.menu = menu;

@@ -48,6 +48,7 @@ private:
     class FakeWindow : public platform::Window {
     public:
         explicit FakeWindow(FakeWindows& windows) : windows_(windows) {}
+        ~FakeWindow() override { windows_.log_.emplace_back("no window"); }
 
         void makeKeyAndOrderFront() override {
             windows_.isVisible = true;

@@ -135,6 +135,14 @@ TEST_F(AppDelegateTest, mayTerminateBeforeItHasLaunched) {
     EXPECT_EQ(log, DesktopLog{});
 }
 
+TEST_F(AppDelegateTest, uncoversTheDisplaysLastWhenItIsDestroyed) {
+    launch();
+    controller().agentLock(30);
+    log.clear();
+    delegate.reset();
+    EXPECT_EQ(log, (DesktopLog{"no status item", "no window", "uncover one"}));
+}
+
 TEST_F(AppDelegateTest, callbacksThatComeAfterItsEndDoNothing) {
     launch();
     const auto kept = delegate->controller();

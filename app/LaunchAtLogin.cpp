@@ -27,13 +27,14 @@ MenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem) {
 }
 
 bool toggleLaunchAtLogin(platform::LoginItem& loginItem, platform::Alerts& alerts) {
-    const LoginItemStatus status = loginItem.status();
-    if (status == LoginItemStatus::requiresApproval) {
+    std::optional<std::string> error;
+    if (loginItem.status() == LoginItemStatus::enabled) {
+        error = loginItem.unregisterItem();
+    } else if (loginItem.status() == LoginItemStatus::requiresApproval) {
         loginItem.openSettings();
-        return true;
+    } else {
+        error = loginItem.registerItem();
     }
-    const std::optional<std::string> error =
-        status == LoginItemStatus::enabled ? loginItem.unregisterItem() : loginItem.registerItem();
     if (error) {
         alerts.warn("Couldn’t update Launch at Login", *error);
     }

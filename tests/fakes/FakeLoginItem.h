@@ -2,6 +2,7 @@
 
 #include "platform/LoginItem.h"
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +11,14 @@ namespace vigilo::fakes {
 
 class FakeLoginItem : public platform::LoginItem {
 public:
-    platform::LoginItemStatus status() const override { return current; }
+    platform::LoginItemStatus status() const override {
+        if (passing.empty()) {
+            return current;
+        }
+        const platform::LoginItemStatus first = passing.front();
+        passing.pop_front();
+        return first;
+    }
 
     std::optional<std::string> registerItem() override {
         return change("register", platform::LoginItemStatus::enabled);
@@ -22,6 +30,7 @@ public:
 
     void openSettings() override { calls.emplace_back("open settings"); }
 
+    mutable std::deque<platform::LoginItemStatus> passing; ///< told once each, before `current`
     platform::LoginItemStatus current = platform::LoginItemStatus::notRegistered;
     std::optional<std::string> error; ///< what a change fails with
     std::vector<std::string> calls;

@@ -67,6 +67,12 @@ TEST_F(LaunchAtLogin, onlyOpensTheSettingsWhileApprovalIsWanted) {
     EXPECT_EQ(alerts.shown, Shown{});
 }
 
+TEST_F(LaunchAtLogin, isNotSwitchedOnOnceTheUserIsFoundToHaveSwitchedItOff) {
+    loginItem.passing = {LoginItemStatus::notRegistered, LoginItemStatus::requiresApproval};
+    EXPECT_TRUE(toggleLaunchAtLogin(loginItem, alerts));
+    EXPECT_EQ(loginItem.calls, Calls{"open settings"});
+}
+
 TEST_F(LaunchAtLogin, showsOneAlertWithTheSystemsTextAndLeavesTheMenusWhenAChangeFails) {
     loginItem.error = "/home/a: Read-only file system";
     for (const auto status : {LoginItemStatus::notRegistered, LoginItemStatus::enabled}) {

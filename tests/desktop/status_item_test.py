@@ -2,6 +2,7 @@
 """The status item in real panels: read and used over the bus as panels do it, seen in the panel, there
 again with every panel that comes. Usage: status_item_test.py VIGILO"""
 
+import ctypes
 import os
 import signal
 import subprocess
@@ -16,6 +17,7 @@ import dbus
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.panels import ExportedMenu, StatusItem, Watcher, XfcePanel
+from harness.pictures import Picture
 from harness.processes import Processes, end, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -212,6 +214,19 @@ class WithXfcePanel(Desktop):
         self.assertEqual([(int(number), dict(line)) for number, line in several], [(4, {"label": "Open Vigilo…"})])
 
 
+def selection_owner(display, name):
+    """The number of the window that owns a selection of an X server."""
+    library = ctypes.CDLL("libX11.so.6")
+    library.XOpenDisplay.restype = ctypes.c_void_p
+    library.XInternAtom.restype = library.XGetSelectionOwner.restype = ctypes.c_ulong
+    server = ctypes.c_void_p(library.XOpenDisplay(display.encode()))
+    try:
+        atom = ctypes.c_ulong(library.XInternAtom(server, name.encode(), 0))
+        return library.XGetSelectionOwner(server, atom)
+    finally:
+        library.XCloseDisplay(server)
+
+
 class Watched:
     """What one program sends over the bus, written down by dbus-monitor."""
 
@@ -295,10 +310,10 @@ class Dock(Desktop):
 class WithTrayer(Desktop):
     """The tray of a panel that knows the X11 protocol alone."""
 
-    def start_trayer(self):
+    def start_trayer(self, **changes):
         return self.processes.start(
             ["trayer", "--edge", "top", "--align", "left", "--widthtype", "request", "--height", "26"],
-            env=self.environment(),
+            env=self.environment(**changes),
         )
 
     def icon(self, words="Normal sleep"):
@@ -339,6 +354,32 @@ class WithTrayer(Desktop):
         self.display.key("k", "Return")
         wait_until(lambda: self.icon("Mac is staying awake"), "the other tooltip")
         wait_until(lambda: len(self.windows()) == 1, "the menu to close")
+
+    def shades(self):
+        """The darkest and the lightest grey of the icon, from 0 to 255."""
+        picture = Picture(self.display.picture())
+        greys = [sum(picture.colour(x, y)) // 3 for x in range(3, 21) for y in range(3, 23)]
+        return min(greys), max(greys)
+
+    def test_it_is_dark_on_a_light_tray_and_light_on_a_dark_one(self):
+        style = os.path.join(self.bus.folder, "dark")
+        with open(style, "w", encoding="utf-8") as file:
+            file.write('style "dark" { bg[NORMAL] = "#101018" }\nclass "GtkWidget" style "dark"\n')
+        tray = self.start_trayer(GTK2_RC_FILES="/dev/null")
+        self.start()
+        wait_until(self.icon, "the icon")
+        wait_until(lambda: self.shades()[0] < 60, "dark lines on the light tray")
+        end(tray)
+        self.start_trayer(GTK2_RC_FILES=style)
+        wait_until(lambda: self.shades()[1] > 220, "light lines on the dark tray")
+        # What the tray says counts for more than what it looks like, also when it says it later.
+        tray = selection_owner(self.display.name, "_NET_SYSTEM_TRAY_S0")
+        black = ",".join(["0"] * 12)
+        subprocess.run(
+            ["xprop", "-id", str(tray), "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set", "_NET_SYSTEM_TRAY_COLORS", black],
+            check=True, env=self.environment(),
+        )
+        wait_until(lambda: self.shades()[1] < 200, "the dark lines that the tray asks for")
 
     def test_a_press_beside_the_menu_closes_it(self):
         self.start_trayer()

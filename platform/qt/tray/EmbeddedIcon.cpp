@@ -32,11 +32,13 @@ protected:
         QPainter painter(this);
         const QRect area(QPoint(), size());
         painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.fillRect(area, ground());
+        const QColor behind = ground();
+        painter.fillRect(area, behind);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         const double scale = devicePixelRatio();
         const int side = std::min(width(), height());
-        QImage picture = statusPicture(icon_.symbol_, static_cast<int>(side * scale));
+        QImage picture =
+            statusPicture(icon_.symbol_, static_cast<int>(side * scale), shade(behind));
         picture.setDevicePixelRatio(scale);
         painter.drawImage(QPointF((width() - side) / 2.0, (height() - side) / 2.0), picture);
     }
@@ -64,6 +66,14 @@ private:
         return requestedFormat().hasAlpha()
                    ? QColor(Qt::transparent)
                    : TrayManager::colourBehind(static_cast<std::uint32_t>(winId()));
+    }
+
+    /// As the tray says, else as it looks; one that lets the desktop through is taken for dark.
+    PanelShade shade(const QColor& behind) const {
+        if (const auto foreground = icon_.manager_.foreground()) {
+            return shadeOf(*foreground) == PanelShade::dark ? PanelShade::light : PanelShade::dark;
+        }
+        return requestedFormat().hasAlpha() ? PanelShade::dark : shadeOf(behind);
     }
 
     EmbeddedIcon& icon_;

@@ -26,7 +26,7 @@ QImage tinted(QImage shape, const QColor& color) {
 
 } // namespace
 
-QImage statusPicture(const QString& symbol, int side) {
+QImage statusPicture(const QString& symbol, int side, PanelShade shade) {
     QSvgRenderer renderer(QStringLiteral(":/qt/qml/Vigilo/symbols/%1.svg").arg(symbol));
     if (!renderer.isValid() || side <= 0) {
         return {};
@@ -41,20 +41,29 @@ QImage statusPicture(const QString& symbol, int side) {
     QImage picture = blank(side);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QImage dark = tinted(shape, QColor(0, 0, 0, 70));
+    constexpr int edgeOpacity = 70;
+    const bool isDark = shade == PanelShade::dark;
+    const QImage around =
+        tinted(shape, isDark ? QColor(0, 0, 0, edgeOpacity) : QColor(255, 255, 255, edgeOpacity));
     constexpr int directions = 8;
     for (int direction = 0; direction < directions; ++direction) {
         const double angle = 2 * M_PI * direction / directions;
-        painter.drawImage(QPointF(edge * std::cos(angle), edge * std::sin(angle)), dark);
+        painter.drawImage(QPointF(edge * std::cos(angle), edge * std::sin(angle)), around);
     }
-    painter.drawImage(QPointF(), tinted(shape, Qt::white));
+    painter.drawImage(QPointF(), tinted(shape, isDark ? QColor(Qt::white) : QColor(30, 30, 30)));
     return picture;
+}
+
+PanelShade shadeOf(const QColor& colour) {
+    constexpr int middle = 128;
+    return qGray(colour.rgb()) < middle ? PanelShade::dark : PanelShade::light;
 }
 
 StatusPixmaps statusPixmaps(const QString& symbol) {
     StatusPixmaps pixmaps;
     for (const int side : {16, 22, 24, 32, 36, 44, 48, 64}) {
-        const QImage picture = statusPicture(symbol, side).convertToFormat(QImage::Format_ARGB32);
+        const QImage picture =
+            statusPicture(symbol, side, PanelShade::dark).convertToFormat(QImage::Format_ARGB32);
         if (picture.isNull()) {
             return {};
         }

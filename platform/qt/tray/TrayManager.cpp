@@ -46,7 +46,7 @@ constexpr std::uint8_t translucentDepth = 32;
 
 TrayManager::TrayManager(std::function<void()> onChanged)
     : onChanged_(std::move(onChanged)), selection_(atom("_NET_SYSTEM_TRAY_S0")),
-      manager_(atom("MANAGER")) {
+      manager_(atom("MANAGER")), colours_(atom("_NET_SYSTEM_TRAY_COLORS")) {
     qGuiApp->installNativeEventFilter(this);
     look();
 }
@@ -64,8 +64,8 @@ void TrayManager::look() {
         connection(), xcb_get_selection_owner(connection(), selection_), nullptr));
     tray_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
     if (tray_ != XCB_WINDOW_NONE) {
-        // Its end is to be heard of.
-        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        // Its end is to be heard of, and a change of its colours.
+        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection(), tray_, XCB_CW_EVENT_MASK, &mask);
         xcb_flush(connection());
     }
@@ -91,6 +91,22 @@ bool TrayManager::isTranslucent() const {
         }
     }
     return false;
+}
+
+std::optional<QColor> TrayManager::foreground() const {
+    // Red, green and blue of four colours, of 16 bits each; the first is that of ordinary icons.
+    constexpr std::uint32_t numbers = 12;
+    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection(),
+        xcb_get_property(connection(), 0, tray_, colours_, XCB_ATOM_CARDINAL, 0, numbers),
+        nullptr));
+    std::array<std::uint32_t, 3> colour{};
+    if (!reply || xcb_get_property_value_length(reply.get()) < static_cast<int>(sizeof colour)) {
+        return std::nullopt;
+    }
+    std::memcpy(colour.data(), xcb_get_property_value(reply.get()), sizeof colour);
+    const auto part = [](std::uint32_t number) { return static_cast<quint16>(number & 0xFFFFU); };
+    return QColor::fromRgba64(part(colour[0]), part(colour[1]), part(colour[2]));
 }
 
 void TrayManager::dock(std::uint32_t window) const {
@@ -143,6 +159,11 @@ bool TrayManager::nativeEventFilter(const QByteArray& eventType, void* message, 
         isChanged = tray_ != XCB_WINDOW_NONE &&
                     reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window == tray_;
         break;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto* const news = reinterpret_cast<const xcb_property_notify_event_t*>(event);
+        isChanged = tray_ != XCB_WINDOW_NONE && news->window == tray_ && news->atom == colours_;
+        break;
+    }
     default:
         break;
     }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include <QAbstractNativeEventFilter>
 #include <QColor>
@@ -12,7 +13,8 @@ namespace vigilo::platform {
 /// when it comes and goes. Make it on X11 only. Main thread.
 class TrayManager : public QAbstractNativeEventFilter {
 public:
-    /// `onChanged` is called from the event loop whenever another tray, or none, is there.
+    /// `onChanged` is called from the event loop whenever another tray, or none, is there, or the
+    /// tray has changed its colours.
     explicit TrayManager(std::function<void()> onChanged);
     ~TrayManager() override;
     TrayManager(const TrayManager&) = delete;
@@ -26,6 +28,9 @@ public:
 
     /// Whether pictures on it may have transparent parts.
     bool isTranslucent() const;
+
+    /// The colour in which it wants pictures on it drawn; none where it does not say.
+    std::optional<QColor> foreground() const;
 
     /// Asks it to take a window in.
     void dock(std::uint32_t window) const;
@@ -41,6 +46,7 @@ private:
     std::function<void()> onChanged_;
     std::uint32_t selection_ = 0; ///< the atom that the tray owns
     std::uint32_t manager_ = 0;   ///< the atom that announces a new owner
+    std::uint32_t colours_ = 0;   ///< the atom of the property with its colours
     std::uint32_t tray_ = 0;      ///< the owner's window
 };
 

@@ -1,8 +1,7 @@
 #!/usr/bin/python3
-"""The status item in real panels: read and used over the bus as panels do it, seen in the panel, there
-again with every panel that comes. Usage: status_item_test.py VIGILO"""
+"""The status item and the dock menu over the bus: read and used as panels do it, there again with every panel
+that comes, and sent only as far as they differ. Usage: status_item_test.py VIGILO"""
 
-import ctypes
 import os
 import signal
 import subprocess
@@ -14,67 +13,12 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 import dbus
 
-from harness.buses import SessionBus
-from harness.display import VirtualDisplay, windows_named
-from harness.panels import ExportedMenu, StatusItem, Watcher, XfcePanel
-from harness.pictures import Picture
-from harness.processes import Processes, end, environment, wait_until
-
-VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
-
-IDLE = [
-    "Mac can sleep normally", "No agent processes detected", "-", "Open Vigilo…", "Keep Mac Awake",
-    "Start Agent Lock", "Start with Apple Lock", "-", "Launch at Login", "-", "Quit Vigilo",
-]
-AWAKE = [
-    "Mac is staying awake", "Until you stop it", "No agent processes detected", "-", "Open Vigilo…",
-    "Stop Keeping Awake", "Show Agent Lock", "Switch to Apple Lock", "-", "Launch at Login", "-", "Quit Vigilo",
-]
+from harness.panel_test import AWAKE, IDLE, PanelTest
+from harness.panels import ExportedMenu, Watcher, XfcePanel
+from harness.processes import environment, wait_until
 
 
-class Desktop(unittest.TestCase):
-    def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
-        self.config = os.path.join(self.bus.folder, "config")
-        self.item = StatusItem(self.bus.address)
-        self.start_power_service()
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
-
-    def environment(self, **changes):
-        variables = {
-            "DISPLAY": self.display.name, "WAYLAND_DISPLAY": None, "DBUS_SESSION_BUS_ADDRESS": self.bus.address,
-            "XDG_CONFIG_HOME": self.config,
-        }
-        return environment(**(variables | changes))
-
-    def start_power_service(self):
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
-
-    def start(self, **changes):
-        program = self.processes.start([VIGILO], env=self.environment(**changes))
-        wait_until(self.windows, "the window")
-        self.display.settle()
-        return program
-
-    def windows(self):
-        return windows_named(self.display.name, "Vigilo")
-
-    def wait_for_titles(self, menu, titles):
-        wait_until(lambda: menu.titles() == titles, "the menu: " + ", ".join(titles[:2]))
-
-
-class WithXfcePanel(Desktop):
+class WithXfcePanel(PanelTest):
     def setUp(self):
         super().setUp()
         self.panel = XfcePanel(self.processes, self.display, self.bus)
@@ -214,19 +158,6 @@ class WithXfcePanel(Desktop):
         self.assertEqual([(int(number), dict(line)) for number, line in several], [(4, {"label": "Open Vigilo…"})])
 
 
-def selection_owner(display, name):
-    """The number of the window that owns a selection of an X server."""
-    library = ctypes.CDLL("libX11.so.6")
-    library.XOpenDisplay.restype = ctypes.c_void_p
-    library.XInternAtom.restype = library.XGetSelectionOwner.restype = ctypes.c_ulong
-    server = ctypes.c_void_p(library.XOpenDisplay(display.encode()))
-    try:
-        atom = ctypes.c_ulong(library.XInternAtom(server, name.encode(), 0))
-        return library.XGetSelectionOwner(server, atom)
-    finally:
-        library.XCloseDisplay(server)
-
-
 class Watched:
     """What one program sends over the bus, written down by dbus-monitor."""
 
@@ -246,7 +177,7 @@ class Watched:
         return [word for word in words if word not in ("NameAcquired", "NameLost")]
 
 
-class Traffic(Desktop):
+class Traffic(PanelTest):
     def setUp(self):
         super().setUp()
         XfcePanel(self.processes, self.display, self.bus).start()
@@ -289,7 +220,7 @@ class Traffic(Desktop):
         )
 
 
-class Dock(Desktop):
+class Dock(PanelTest):
     def test_a_dock_reads_the_live_menu(self):
         self.start()
         bus = self.item.bus
@@ -307,123 +238,7 @@ class Dock(Desktop):
         )
 
 
-class WithTrayer(Desktop):
-    """The tray of a panel that knows the X11 protocol alone."""
-
-    def start_trayer(self, **changes):
-        return self.processes.start(
-            ["trayer", "--edge", "top", "--align", "left", "--widthtype", "request", "--height", "26"],
-            env=self.environment(**changes),
-        )
-
-    def icon(self, words="Normal sleep"):
-        """The size of the icon's window, which is named for its tooltip, in the tray; None without one."""
-        environment_ = os.environ | {"DISPLAY": self.display.name}
-        found = subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--name", words],
-            env=environment_, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
-        ).stdout.split()
-        for number in found:
-            answer = subprocess.run(
-                ["xdotool", "getwindowgeometry", "--shell", number],
-                env=environment_, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
-            ).stdout
-            values = dict(line.split("=") for line in answer.split())
-            return (int(values["WIDTH"]), int(values["HEIGHT"])) if values else None
-        return None
-
-    def press(self, button):
-        subprocess.run(
-            ["xdotool", "mousemove", "12", "13", "click", str(button)],
-            check=True, env=os.environ | {"DISPLAY": self.display.name},
-        )
-
-    def test_it_is_shown_pressed_and_used(self):
-        self.start_trayer()
-        self.start()
-        width, height = wait_until(self.icon, "the icon")
-        self.assertTrue(16 <= width <= 32 and 16 <= height <= 32, (width, height))
-        self.display.settle()
-        self.display.click(self.windows()[0], 704, 16)
-        wait_until(lambda: not self.windows(), "the window to go")
-        self.press(1)
-        wait_until(self.windows, "the window")
-        self.press(3)
-        # Its window has the same title as the other one.
-        wait_until(lambda: len(self.windows()) == 2, "the menu")
-        self.display.key("k", "Return")
-        wait_until(lambda: self.icon("Mac is staying awake"), "the other tooltip")
-        wait_until(lambda: len(self.windows()) == 1, "the menu to close")
-
-    def shades(self):
-        """The darkest and the lightest grey of the icon, from 0 to 255."""
-        picture = Picture(self.display.picture())
-        greys = [sum(picture.colour(x, y)) // 3 for x in range(3, 21) for y in range(3, 23)]
-        return min(greys), max(greys)
-
-    def test_it_is_dark_on_a_light_tray_and_light_on_a_dark_one(self):
-        style = os.path.join(self.bus.folder, "dark")
-        with open(style, "w", encoding="utf-8") as file:
-            file.write('style "dark" { bg[NORMAL] = "#101018" }\nclass "GtkWidget" style "dark"\n')
-        tray = self.start_trayer(GTK2_RC_FILES="/dev/null")
-        self.start()
-        wait_until(self.icon, "the icon")
-        wait_until(lambda: self.shades()[0] < 60, "dark lines on the light tray")
-        end(tray)
-        self.start_trayer(GTK2_RC_FILES=style)
-        wait_until(lambda: self.shades()[1] > 220, "light lines on the dark tray")
-        # What the tray says counts for more than what it looks like, also when it says it later.
-        tray = selection_owner(self.display.name, "_NET_SYSTEM_TRAY_S0")
-        black = ",".join(["0"] * 12)
-        subprocess.run(
-            ["xprop", "-id", str(tray), "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set", "_NET_SYSTEM_TRAY_COLORS", black],
-            check=True, env=self.environment(),
-        )
-        wait_until(lambda: self.shades()[1] < 200, "the dark lines that the tray asks for")
-
-    def test_a_press_beside_the_menu_closes_it(self):
-        self.start_trayer()
-        self.start()
-        wait_until(self.icon, "the icon")
-        self.display.settle()
-        self.press(3)
-        wait_until(lambda: len(self.windows()) == 2, "the menu")
-        self.display.settle()
-        subprocess.run(
-            ["xdotool", "mousemove", "1200", "750", "click", "1"],
-            check=True, env=os.environ | {"DISPLAY": self.display.name},
-        )
-        wait_until(lambda: len(self.windows()) == 1, "the menu to close")
-
-    def test_it_is_there_with_every_tray_that_comes(self):
-        self.start()
-        for _ in range(3):
-            self.assertIsNone(self.icon())
-            tray = self.start_trayer()
-            wait_until(self.icon, "the icon")
-            end(tray)
-            wait_until(lambda: self.icon() is None, "the tray's end")
-
-    def test_it_takes_the_place_of_a_panel_that_goes(self):
-        self.start_trayer()
-        watcher = Watcher(self.processes, self.bus)
-        self.addCleanup(watcher.kill)
-        watcher.say("host")
-        self.start()
-        wait_until(lambda: watcher.lines("item"), "the item")
-        wait_until(lambda: self.icon() is None, "the tray to be left to others")
-        watcher.say("no host")
-        wait_until(self.icon, "the icon")
-        watcher.say("host")
-        wait_until(lambda: self.icon() is None, "the tray to be left again")
-
-    def test_it_is_there_without_a_session_bus(self):
-        self.start_trayer()
-        self.start(DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent/bus")
-        wait_until(self.icon, "the icon")
-
-
-class WithWatcher(Desktop):
+class WithWatcher(PanelTest):
     """What panels do one after another, step by step."""
 
     def watcher(self):
@@ -469,17 +284,6 @@ class WithWatcher(Desktop):
             self.assertEqual(ExportedMenu(bus, item, str(properties["Menu"])).titles(), IDLE)
 
 
-class WithoutPanel(Desktop):
-    def test_the_program_is_used_without_a_panel_and_outlives_the_bus(self):
-        program = self.start()
-        self.display.key("ctrl+k")
-        self.bus.processes.stop()
-        self.display.click(self.windows()[0], 704, 16)
-        wait_until(lambda: not self.windows(), "the window to go")
-        self.assertIsNone(program.poll())
-        program.send_signal(signal.SIGTERM)
-        self.assertEqual(program.wait(20), 0)
-
-
 if __name__ == "__main__":
+    PanelTest.vigilo = sys.argv.pop(1)
     unittest.main(verbosity=2)

@@ -1,0 +1,66 @@
+"""What the tests of the status item begin with."""
+
+import os
+import subprocess
+import unittest
+
+from .buses import SessionBus
+from .display import VirtualDisplay, windows_named
+from .panels import StatusItem
+from .processes import Processes, environment, wait_until
+
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+
+IDLE = [
+    "Mac can sleep normally", "No agent processes detected", "-", "Open Vigilo…", "Keep Mac Awake",
+    "Start Agent Lock", "Start with Apple Lock", "-", "Launch at Login", "-", "Quit Vigilo",
+]
+AWAKE = [
+    "Mac is staying awake", "Until you stop it", "No agent processes detected", "-", "Open Vigilo…",
+    "Stop Keeping Awake", "Show Agent Lock", "Switch to Apple Lock", "-", "Launch at Login", "-", "Quit Vigilo",
+]
+
+
+class PanelTest(unittest.TestCase):
+    """The program on a private display and bus, with a power service; panels are up to the tests."""
+
+    vigilo = None  # its path, from the command line
+
+    def setUp(self):
+        self.display = self.enter(VirtualDisplay())
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.config = os.path.join(self.bus.folder, "config")
+        self.item = StatusItem(self.bus.address)
+        self.start_power_service()
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def environment(self, **changes):
+        variables = {
+            "DISPLAY": self.display.name, "WAYLAND_DISPLAY": None, "DBUS_SESSION_BUS_ADDRESS": self.bus.address,
+            "XDG_CONFIG_HOME": self.config,
+        }
+        return environment(**(variables | changes))
+
+    def start_power_service(self):
+        service = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.environment(), stdout=subprocess.PIPE
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+
+    def start(self, **changes):
+        program = self.processes.start([self.vigilo], env=self.environment(**changes))
+        wait_until(self.windows, "the window")
+        self.display.settle()
+        return program
+
+    def windows(self):
+        return windows_named(self.display.name, "Vigilo")
+
+    def wait_for_titles(self, menu, titles):
+        wait_until(lambda: menu.titles() == titles, "the menu: " + ", ".join(titles[:2]))

@@ -154,7 +154,7 @@ class WithoutPanel(PanelTest):
         self.display.click(self.windows()[0], 704, 16)
         wait_until(lambda: not self.windows(), "the window to go")
         self.assertIsNone(program.poll())
-        program.send_signal(signal.SIGTERM)
+        os.kill(self.pid, signal.SIGTERM)
         self.assertEqual(program.wait(20), 0)
 
 

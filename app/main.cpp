@@ -74,7 +74,7 @@ int runApplication(char* programName) {
     platform::QtScreens screens;
     platform::QtAuthenticator authenticator;
     platform::HelperLockGuard lockGuard;
-    platform::DesktopNotifications notifications;
+    platform::DesktopNotifications notifications(sessionBus);
     const auto delegate = std::make_shared<AppDelegate>(AppDelegate::Environment{
         .controller = {.runLoop = runLoop,
                        .wallClock = wallClock,

@@ -84,6 +84,14 @@ class DoNotDisturb(unittest.TestCase):
         perform(self.bus, "toggleProtection")
         self.wait_for(log, ASKED, GIVEN_BACK)
 
+    def test_the_service_of_a_bus_that_replaces_another_is_asked_too(self):
+        _, log = self.notifications("grant")
+        perform(self.bus, "agentLock")
+        self.wait_for(log, ASKED)
+        self.bus.restart()
+        _, log = self.notifications("grant")
+        self.wait_for(log, ASKED)
+
     def test_what_is_granted_after_the_lock_is_given_back(self):
         service, log = self.notifications("slow")
         perform(self.bus, "agentLock")

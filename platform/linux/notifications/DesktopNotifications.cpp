@@ -24,6 +24,15 @@ QDBusMessage call(const QString& service, const QString& method) {
 
 } // namespace
 
+DesktopNotifications::DesktopNotifications(const SessionBus& bus) : bus_(bus) {
+    connect(&bus_, &SessionBus::changed, this, [this] {
+        if (owner_) {
+            owner_.reset();
+            silence();
+        }
+    });
+}
+
 DesktopNotifications::~DesktopNotifications() {
     DesktopNotifications::resume();
 }
@@ -32,7 +41,7 @@ void DesktopNotifications::silence() {
     if (owner_) {
         return;
     }
-    owner_ = std::make_unique<QDBusServiceWatcher>(serviceName, bus_,
+    owner_ = std::make_unique<QDBusServiceWatcher>(serviceName, bus_.connection(),
                                                    QDBusServiceWatcher::WatchForRegistration);
     connect(owner_.get(), &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
     ask();
@@ -51,7 +60,7 @@ void DesktopNotifications::ask() {
     QDBusMessage request = call(serviceName, QStringLiteral("Inhibit"));
     request << QStringLiteral("io.github.vigilo.Vigilo") << QStringLiteral("Agent Lock")
             << QVariantMap();
-    auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(request), this);
+    auto* const answer = new QDBusPendingCallWatcher(bus_.connection().asyncCall(request), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this, generation = ++generation_, answer] {
                 answer->deleteLater();
@@ -71,7 +80,7 @@ void DesktopNotifications::ask() {
 void DesktopNotifications::giveBack(const Grant& grant) {
     QDBusMessage release = call(grant.owner, QStringLiteral("UnInhibit"));
     release << grant.cookie;
-    bus_.send(release);
+    bus_.connection().send(release);
 }
 
 } // namespace vigilo::platform

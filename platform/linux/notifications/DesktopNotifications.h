@@ -1,12 +1,12 @@
 #pragma once
 
 #include "platform/Notifications.h"
+#include "platform/linux/bus/SessionBus.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 
-#include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
@@ -18,7 +18,8 @@ namespace vigilo::platform {
 /// program that is killed could not set it back.
 class DesktopNotifications : public QObject, public Notifications {
 public:
-    DesktopNotifications() = default;
+    /// The bus outlives it.
+    explicit DesktopNotifications(const SessionBus& bus);
     ~DesktopNotifications() override;
 
     void silence() override;
@@ -34,7 +35,7 @@ private:
     void ask();
     void giveBack(const Grant& grant);
 
-    QDBusConnection bus_ = QDBusConnection::sessionBus();
+    const SessionBus& bus_;
     std::unique_ptr<QDBusServiceWatcher> owner_; ///< only while they are silenced
     std::optional<Grant> grant_;
     int generation_ = 0; ///< what was asked for in an earlier one is given back when it comes

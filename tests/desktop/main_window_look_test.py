@@ -9,6 +9,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.agents import Agents
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.pictures import Picture
@@ -79,7 +80,7 @@ class MainWindowLook(unittest.TestCase):
                 self.addCleanup(service.stdout.close)
                 service.stdout.readline()
                 processes.start(
-                    [VIGILO],
+                    Agents.alone(VIGILO),
                     env=environment(
                         DISPLAY=display.name,
                         WAYLAND_DISPLAY=None,

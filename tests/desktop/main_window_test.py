@@ -10,6 +10,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.accessibility import AccessibleDesktop
+from harness.agents import Agents
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
@@ -32,7 +33,7 @@ class MainWindow(unittest.TestCase):
         )
         self.addCleanup(service.stdout.close)
         service.stdout.readline()
-        self.processes.start([VIGILO], env=environment(DISPLAY=self.display.name, WAYLAND_DISPLAY=None))
+        self.processes.start(Agents.alone(VIGILO), env=environment(DISPLAY=self.display.name, WAYLAND_DISPLAY=None))
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.desktop.wait_for("push button", "Start Awake Session")
         wait_until(lambda: self.focused() == "Start Awake Session", "the focus")

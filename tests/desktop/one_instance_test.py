@@ -10,7 +10,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from harness.actions import perform
+from harness.actions import ID, perform
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
@@ -96,10 +96,10 @@ class OneInstance(unittest.TestCase):
         for _ in range(2):
             self.bus.restart()
             wait_until(self.is_on_the_bus, "its name on the new bus")
-            self.act("nonsense")
+            perform(self.bus, "nonsense")
             second = self.start_again()
             self.assertEqual((second.returncode, second.stderr), (0, ""))
-        self.act("quitApp")
+        perform(self.bus, "quitApp")
         self.assertEqual(self.first.wait(20), 0)
 
     def is_on_the_bus(self):

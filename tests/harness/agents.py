@@ -57,6 +57,12 @@ class Agents:
         """Runs the command in a process namespace; everything in it goes when its first process does."""
         return ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc", *command]
 
+    @classmethod
+    def alone(cls, *command):
+        """Runs the command where it sees none of the agents that somebody runs on this machine, as far as
+        that can be had."""
+        return list(command) if cls.missing() else cls.apart(*command)
+
     @staticmethod
     def first(process):
         """The process id of the first process of the namespace, of the started `apart` command."""

@@ -55,9 +55,7 @@ class PanelTest(unittest.TestCase):
         service.stdout.readline()
 
     def start(self, **changes):
-        # Agents that somebody runs on this machine would be counted in the menu.
-        command = [self.vigilo] if Agents.missing() else Agents.apart(self.vigilo)
-        program = self.processes.start(command, env=self.environment(**changes))
+        program = self.processes.start(Agents.alone(self.vigilo), env=self.environment(**changes))
         wait_until(self.windows, "the window")
         self.display.settle()
         self.pid = program.pid if Agents.missing() else Agents.first(program)

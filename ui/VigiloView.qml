@@ -17,9 +17,34 @@ Item {
     readonly property bool isVeryLow: height < 312
     readonly property int margin: width < 520 ? 16 : 44
 
+    // Who had the keyboard and has gone leaves it to the large button.
+    readonly property Item focusItem: Window.activeFocusItem
+    property bool isFocusShown: false
+    readonly property bool isActive: model.isActive
+
     width: 720
     height: 560
     Component.onCompleted: isLaidOut = true
+    onIsActiveChanged: focusCheck.restart()
+    onFocusItemChanged: {
+        const button = focusItem as ButtonArea;
+        if (button !== null) {
+            isFocusShown = button.visualFocus;
+        }
+        focusCheck.restart();
+    }
+
+    // Later, since a menu that closes gives the keyboard back in two steps.
+    Timer {
+        id: focusCheck
+
+        interval: 0
+        onTriggered: {
+            if (view.focusItem !== null && (!view.focusItem.visible || view.focusItem === view.Window.contentItem)) {
+                action.forceActiveFocus(view.isFocusShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
+            }
+        }
+    }
 
     GlowField {
         anchors.fill: parent
@@ -258,6 +283,8 @@ Item {
         }
 
         ActionButton {
+            id: action
+
             anchors.horizontalCenter: parent.horizontalCenter
             focus: true
             text: view.model.actionTitle

@@ -65,6 +65,55 @@ class AccessibleDesktop(SessionBus):
         return wait_until(lambda: self.find(role, name), "the %s named %s" % (role, name))
 
 
+class Announcements:
+    """What a screen reader is told unasked, from here on: the events of the accessibility bus, each as its
+    kind, and the role and the name of what it is about."""
+
+    KINDS = (
+        "object:property-change:accessible-name", "object:property-change:accessible-description",
+        "object:state-changed:focused", "object:state-changed:checked", "object:state-changed:showing",
+        "object:children-changed", "window:activate",
+    )
+
+    def __init__(self):
+        import gi
+
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+
+        self.heard = []
+        self._listener = Atspi.EventListener.new(self._hear)
+        for kind in self.KINDS:
+            self._listener.register(kind)
+
+    def stop(self):
+        for kind in self.KINDS:
+            self._listener.deregister(kind)
+
+    def _hear(self, event):
+        from gi.repository import GLib
+
+        try:
+            self.heard.append((event.type, (event.source.get_role_name(), event.source.get_name())))
+        except GLib.Error:
+            pass  # gone meanwhile
+
+    def has(self, kind, role, name):
+        """Whether this has been told; the kind may be the beginning of one."""
+        from gi.repository import GLib
+
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return any(told.startswith(kind) and about == (role, name) for told, about in self.heard)
+
+    def wait_for(self, kind, role, name):
+        wait_until(lambda: self.has(kind, role, name), "the news of the %s named %s" % (role, name))
+
+    def forget(self):
+        self.has("", "", "")
+        self.heard.clear()
+
+
 class Node:
     """What a screen reader is told of one thing on the screen."""
 

@@ -167,6 +167,8 @@ void Button::focusInEvent(QFocusEvent* event) {
     setVisualFocus(event->reason() == Qt::TabFocusReason ||
                    event->reason() == Qt::BacktabFocusReason ||
                    event->reason() == Qt::ShortcutFocusReason);
+    // It tells the screen reader.
+    QQuickItem::focusInEvent(event);
 }
 
 void Button::focusOutEvent(QFocusEvent*) {

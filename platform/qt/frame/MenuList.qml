@@ -104,6 +104,8 @@ FocusScope {
                     isCurrent: index === lines.currentIndex
                     onIsCurrentChanged: {
                         if (isCurrent) {
+                            // The screen reader follows the focus; keys that a line does not take come here.
+                            forceActiveFocus(Qt.PopupFocusReason);
                             area.contentY = Math.max(Math.min(area.contentY, y), y + height - area.height, 0);
                         }
                     }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 import Vigilo
 import Vigilo.Frame
 
@@ -18,7 +19,25 @@ T.Popup {
     implicitWidth: implicitContentWidth + 12
     implicitHeight: implicitContentHeight + 12
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onAboutToShow: popup.frame.mainMenu.prepare()
+
+    // Where the keyboard was, and whether that was to be seen.
+    property Item focusBefore: null
+    property bool wasFocusShown: false
+
+    onAboutToShow: {
+        popup.focusBefore = popup.frame.Window.activeFocusItem;
+        const button = popup.focusBefore as ButtonArea;
+        popup.wasFocusShown = button !== null && button.visualFocus;
+        // The screen reader sees the item around the content, and would call it a dialogue.
+        popup.contentItem.parent.Accessible.ignored = true;
+        popup.frame.mainMenu.prepare();
+    }
+
+    onClosed: {
+        if (popup.focusBefore !== null && popup.focusBefore.visible) {
+            popup.focusBefore.forceActiveFocus(popup.wasFocusShown ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        }
+    }
 
     Connections {
         target: popup.frame

@@ -23,7 +23,8 @@ FocusScope {
     function begin() {
         lines.currentIndex = -1;
         lines.pointerX = -1;
-        lines.forceActiveFocus(Qt.PopupFocusReason);
+        // Not the line that had it when the menu was shown before.
+        area.forceActiveFocus(Qt.PopupFocusReason);
     }
 
     function choose(row: int) {

@@ -15,8 +15,11 @@ TaskQueue::TaskQueue() : waiting_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK | EFD_SE
 }
 
 void TaskQueue::push(Task task) {
-    const std::lock_guard lock(mutex_);
-    tasks_.push_back(std::move(task));
+    {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+    }
+    // Without the lock, which the other thread would only wake to wait for.
     eventfd_write(waiting_.number(), 1);
 }
 
@@ -25,7 +28,8 @@ void TaskQueue::runNext() {
     {
         const std::lock_guard lock(mutex_);
         eventfd_t one = 0;
-        if (eventfd_read(waiting_.number(), &one) != 0) {
+        // Its task may have been dropped before it was told of.
+        if (eventfd_read(waiting_.number(), &one) != 0 || tasks_.empty()) {
             return;
         }
         task = std::move(tasks_.front());

@@ -1,6 +1,7 @@
 """What the tests of the status item begin with."""
 
 import os
+import signal
 import subprocess
 import unittest
 
@@ -56,10 +57,17 @@ class PanelTest(unittest.TestCase):
 
     def start(self, **changes):
         program = self.processes.start(Agents.alone(self.vigilo), env=self.environment(**changes))
+        self.addCleanup(self.end, program)
         wait_until(self.windows, "the window")
         self.display.settle()
         self.pid = program.pid if Agents.missing() else Agents.first(program)
         return program
+
+    def end(self, program):
+        # What runs it in a process namespace takes no signal itself.
+        if program.poll() is None:
+            os.kill(self.pid, signal.SIGTERM)
+            program.wait(20)
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")

@@ -37,14 +37,17 @@ QSize fitting(const QSize& size, const QScreen& screen) {
     return size.boundedTo(room);
 }
 
+/// A window whose content is made when it is first shown, which takes longer than all else at the
+/// start: the status item need not wait for it.
 class QtWindow : public Window {
 public:
-    QtWindow(std::unique_ptr<QQuickView> view, const QSize& size)
-        : view_(std::move(view)), size_(size) {
-        fit();
-    }
+    QtWindow(std::function<std::unique_ptr<QQuickView>()> makeView, const QSize& size)
+        : makeView_(std::move(makeView)), size_(size) {}
 
     void makeKeyAndOrderFront() override {
+        if (!view_) {
+            view_ = makeView_();
+        }
         if (!view_->isVisible()) {
             fit();
             const QRect available = view_->screen()->availableGeometry();
@@ -59,10 +62,14 @@ public:
         view_->requestActivate();
     }
 
-    void close() override { view_->hide(); }
+    void close() override {
+        if (view_) {
+            view_->hide();
+        }
+    }
 
     bool isVisible() const override {
-        return view_->isVisible() && view_->windowState() != Qt::WindowMinimized;
+        return view_ && view_->isVisible() && view_->windowState() != Qt::WindowMinimized;
     }
 
 private:
@@ -73,6 +80,7 @@ private:
         view_->resize(size);
     }
 
+    std::function<std::unique_ptr<QQuickView>()> makeView_;
     std::unique_ptr<QQuickView> view_;
     QSize size_; ///< where there is room
     bool wasShown_ = false;
@@ -86,12 +94,16 @@ QtWindows::QtWindows(MenuModel& mainMenu) : descriptors_(keptDescriptors), mainM
 
 std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                               std::function<void()> onCloseRequested) {
-    auto view = std::make_unique<ContentView>(engine_, windowSpec.content, windowSpec.model,
-                                              windowSpec.background, std::move(onCloseRequested));
-    view->setFlags(Qt::Window | Qt::FramelessWindowHint);
-    view->setTitle(QString::fromStdString(windowSpec.title));
-    addFrame(*view);
-    return std::make_unique<QtWindow>(std::move(view), QSize(windowSpec.width, windowSpec.height));
+    return std::make_unique<QtWindow>(
+        [this, windowSpec, onCloseRequested] {
+            auto view = std::make_unique<ContentView>(engine_, windowSpec.content, windowSpec.model,
+                                                      windowSpec.background, onCloseRequested);
+            view->setFlags(Qt::Window | Qt::FramelessWindowHint);
+            view->setTitle(QString::fromStdString(windowSpec.title));
+            addFrame(*view);
+            return view;
+        },
+        QSize(windowSpec.width, windowSpec.height));
 }
 
 std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::WindowFlags flags,

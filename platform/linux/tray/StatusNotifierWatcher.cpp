@@ -16,7 +16,24 @@ constexpr QLatin1StringView watcherPath("/StatusNotifierWatcher");
 
 } // namespace
 
-StatusNotifierWatcher::StatusNotifierWatcher(QDBusConnection bus,
+QDBusPendingCall StatusNotifierWatcher::askForHost(const QDBusConnection& bus) {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("Get"));
+    question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    return bus.asyncCall(question);
+}
+
+bool StatusNotifierWatcher::isHosted(const QDBusPendingCall& question) {
+    if (!question.isFinished()) {
+        return false;
+    }
+    const QDBusPendingReply<QDBusVariant> answer = question;
+    return answer.isValid() && answer.value().variant().toBool();
+}
+
+StatusNotifierWatcher::StatusNotifierWatcher(QDBusConnection bus, bool isHostKnown,
                                              std::function<void(bool)> onHostedChanged)
     : bus_(std::move(bus)), onHostedChanged_(std::move(onHostedChanged)),
       owner_(watcherName, bus_, QDBusServiceWatcher::WatchForOwnerChange) {
@@ -29,25 +46,17 @@ StatusNotifierWatcher::StatusNotifierWatcher(QDBusConnection bus,
                  QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(hostRegistered()));
     bus_.connect(QString(), watcherPath, watcherName,
                  QStringLiteral("StatusNotifierHostUnregistered"), this, SLOT(hostUnregistered()));
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question << watcherName;
-    auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this,
-            [this, generation = generation_, answer] {
-                answer->deleteLater();
-                const QDBusPendingReply<bool> isOwned = *answer;
-                if (generation == generation_) {
-                    ownerChanged(isOwned.isValid() && isOwned.value());
-                }
-            });
+    if (isHostKnown) {
+        registerItem();
+    } else {
+        look();
+    }
 }
 
 void StatusNotifierWatcher::ownerChanged(bool isOwned) {
     ++generation_;
     if (isOwned) {
-        askForHost();
+        look();
     } else {
         report(false);
     }
@@ -59,24 +68,19 @@ void StatusNotifierWatcher::hostRegistered() {
 
 void StatusNotifierWatcher::hostUnregistered() {
     // There may be others.
-    askForHost();
+    look();
 }
 
 /// There may be a watcher without a panel yet; it tells when one comes.
-void StatusNotifierWatcher::askForHost() {
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
-        QStringLiteral("Get"));
-    question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
-    auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
+void StatusNotifierWatcher::look() {
+    auto* const answer = new QDBusPendingCallWatcher(askForHost(bus_), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this, generation = generation_, answer] {
                 answer->deleteLater();
                 if (generation != generation_) {
                     return;
                 }
-                const QDBusPendingReply<QDBusVariant> isHosted = *answer;
-                if (isHosted.isValid() && isHosted.value().variant().toBool()) {
+                if (isHosted(*answer)) {
                     registerItem();
                 } else {
                     report(false);

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
@@ -15,9 +16,17 @@ class StatusNotifierWatcher : public QObject {
     Q_OBJECT
 
 public:
-    /// `onHostedChanged` hears, from the event loop, whether a panel shows the item, and first of
-    /// all what is so at the start.
-    StatusNotifierWatcher(QDBusConnection bus, std::function<void(bool)> onHostedChanged);
+    /// Asks whether there is a panel. Ask before an item is made: it is registered a good deal
+    /// sooner where the answer is there by then.
+    static QDBusPendingCall askForHost(const QDBusConnection& bus);
+
+    /// Whether the answer to askForHost() is there and is yes.
+    static bool isHosted(const QDBusPendingCall& question);
+
+    /// `isHostKnown`: there is a panel, as an answer has said. `onHostedChanged` hears, from the
+    /// event loop, whether a panel shows the item, and first of all what is so at the start.
+    StatusNotifierWatcher(QDBusConnection bus, bool isHostKnown,
+                          std::function<void(bool)> onHostedChanged);
 
 private Q_SLOTS:
     void hostRegistered();
@@ -25,7 +34,7 @@ private Q_SLOTS:
 
 private:
     void ownerChanged(bool isOwned);
-    void askForHost();
+    void look();
     void registerItem();
     void report(bool isHosted);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
+#include "platform/linux/tray/StatusNotifierWatcher.h"
 
 #include <functional>
 #include <string>
@@ -24,6 +25,7 @@ public:
 private:
     QtWindows& windows_;
     SessionBus& bus_;
+    QDBusPendingCall hostQuestion_; ///< asked long before there is an item
     std::function<void(const std::string&)> onActivationToken_;
 };
 

@@ -19,15 +19,16 @@ QString themeName(const QString& symbol) {
 } // namespace
 
 QtStatusItem::QtStatusItem(StatusItemSpec spec, QtWindows& windows, SessionBus& bus,
+                           bool isHostKnown,
                            std::function<void(const std::string&)> onActivationToken)
     : spec_(std::move(spec)), windows_(windows), bus_(bus),
       onActivationToken_(std::move(onActivationToken)) {
     model_.observe(spec_.menu);
-    QObject::connect(&bus_, &SessionBus::changed, &model_, [this] { busChanged(); });
-    busChanged();
+    QObject::connect(&bus_, &SessionBus::changed, &model_, [this] { busChanged(false); });
+    busChanged(isHostKnown);
 }
 
-void QtStatusItem::busChanged() {
+void QtStatusItem::busChanged(bool isHostKnown) {
     watcher_.reset();
     item_.reset();
     menu_.reset();
@@ -40,7 +41,7 @@ void QtStatusItem::busChanged() {
     item_.emplace(bus, menu_->path(),
                   StatusNotifierItem::Requests{.onPressed = spec_.onPressed,
                                                .onActivationToken = onActivationToken_});
-    watcher_.emplace(bus, [this](bool isHosted) { embed(!isHosted); });
+    watcher_.emplace(bus, isHostKnown, [this](bool isHosted) { embed(!isHosted); });
     if (!shownMenu_.items.empty()) {
         menu_->setMenu(shownMenu_);
     }

@@ -19,8 +19,8 @@ namespace vigilo::platform {
 /// the moment. Main thread.
 class QtStatusItem : public StatusItem {
 public:
-    /// `onActivationToken` as for QtStatusBar.
-    QtStatusItem(StatusItemSpec spec, QtWindows& windows, SessionBus& bus,
+    /// `isHostKnown` as for StatusNotifierWatcher, `onActivationToken` as for QtStatusBar.
+    QtStatusItem(StatusItemSpec spec, QtWindows& windows, SessionBus& bus, bool isHostKnown,
                  std::function<void(const std::string&)> onActivationToken);
 
     void setMenu(const Menu& menu) override;
@@ -28,7 +28,7 @@ public:
     void setToolTip(std::string_view text) override;
 
 private:
-    void busChanged();
+    void busChanged(bool isHostKnown);
     void showOnBus();
     void embed(bool isWanted);
     void openMenu(const QPoint& place);

@@ -11,6 +11,11 @@ import dbus.service
 from gi.repository import GLib
 
 NAME = "org.kde.StatusNotifierWatcher"
+# For programs that look for the property here before they ask for it.
+DESCRIPTION = """<node><interface name="%s">
+<property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+<method name="RegisterStatusNotifierItem"><arg name="item" type="s" direction="in"/></method>
+</interface></node>""" % NAME
 
 
 def say(line):
@@ -26,6 +31,10 @@ class Watcher(dbus.service.Object):
             raise dbus.DBusException("There is no " + name, name="org.freedesktop.DBus.Error.InvalidArgs")
         say("asked")
         return dbus.Boolean(self.is_hosted, variant_level=1)
+
+    @dbus.service.method(dbus.INTROSPECTABLE_IFACE, out_signature="s")
+    def Introspect(self):
+        return DESCRIPTION
 
     @dbus.service.method(NAME, in_signature="s")
     def RegisterStatusNotifierItem(self, item):

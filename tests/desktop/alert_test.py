@@ -5,16 +5,14 @@ import os
 import sys
 import unittest
 
-import dbus
-
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.actions import ID, perform
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-ID = "io.github.vigilo.Vigilo"
 
 
 class Alerts(unittest.TestCase):
@@ -45,37 +43,32 @@ class Alerts(unittest.TestCase):
     def windows(self):
         return windows_named(self.display.name, "Vigilo")
 
-    def act(self, *actions):
-        connection = dbus.bus.BusConnection(self.bus.address)
-        self.addCleanup(connection.close)
+    def perform(self, *actions):
         for action in actions:
-            connection.call_blocking(
-                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
-                (action, [], {}),
-            )
+            perform(self.bus, action)
 
     def dismiss(self):
         self.display.settle()
         self.display.key("Return")
 
     def test_the_same_warning_is_shown_once(self):
-        self.act("toggleProtection")
+        self.perform("toggleProtection")
         wait_until(lambda: len(self.windows()) == 2, "the alert")
-        self.act(*["toggleProtection", "agentLock", "appleLock"] * 20)
+        self.perform(*["toggleProtection", "agentLock", "appleLock"] * 20)
         self.display.settle()
         self.assertEqual(len(self.windows()), 2)
         self.dismiss()
         wait_until(lambda: len(self.windows()) == 1, "the alert to go")
-        self.act("toggleProtection")
+        self.perform("toggleProtection")
         wait_until(lambda: len(self.windows()) == 2, "the alert, since it fails anew")
         self.program.terminate()
         self.assertEqual(self.program.wait(20), 0)
 
     def test_another_warning_waits_its_turn(self):
-        self.act("toggleProtection")
+        self.perform("toggleProtection")
         wait_until(lambda: len(self.windows()) == 2, "the alert")
         first = set(self.windows())
-        self.act("toggleLaunchAtLogin")
+        self.perform("toggleLaunchAtLogin")
         self.display.settle()
         self.assertEqual(set(self.windows()), first)
         self.dismiss()

@@ -109,6 +109,22 @@ class OneInstance(unittest.TestCase):
         ).stdout
         return ID in names
 
+    def test_an_action_starts_the_program_and_is_carried_out(self):
+        perform(self.bus, "quitApp")
+        self.assertEqual(self.first.wait(20), 0)
+        self.bus.offer(
+            ID, VIGILO,
+            {
+                "DISPLAY": self.display.name, "DBUS_SESSION_BUS_ADDRESS": self.bus.address, "WAYLAND_DISPLAY": "",
+                "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus",
+            },
+        )
+        perform(self.bus, "toggleProtection")
+        self.assertEqual(self.power.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
+        wait_until(self.windows, "the window")
+        perform(self.bus, "quitApp")
+        self.assertEqual(self.power.stdout.readline(), "release 0\n")
+
     def test_the_place_is_free_when_it_has_ended(self):
         self.first.terminate()
         self.first.wait(20)

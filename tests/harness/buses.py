@@ -15,6 +15,7 @@ SESSION_BUS = """<busconfig>
   <type>session</type>
   <listen>unix:path={path}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{folder}/services</servicedir>
   <policy context="default">
     <allow user="*"/>
     <allow send_destination="*" eavesdrop="true"/>
@@ -59,7 +60,7 @@ class _Bus:
         self._socket = os.path.join(self.folder, "bus")
         self.address = "unix:path=" + self._socket
         with open(os.path.join(self.folder, "bus.conf"), "w", encoding="utf-8") as out:
-            out.write(configuration.format(path=self._socket))
+            out.write(configuration.format(path=self._socket, folder=self.folder))
         try:
             self._start_daemon()
         except BaseException:
@@ -95,6 +96,23 @@ class SessionBus(_Bus):
 
     def __init__(self):
         super().__init__(SESSION_BUS)
+
+    def offer(self, name, program, variables):
+        """Has the bus start a program, with some of the environment, for whoever calls a name."""
+        services = os.path.join(self.folder, "services")
+        os.makedirs(services, exist_ok=True)
+        with open(os.path.join(services, name + ".service"), "w", encoding="utf-8") as file:
+            file.write("[D-BUS Service]\nName=%s\nExec=%s\n" % (name, program))
+        environment_ = ["%s=%s" % item for item in variables.items()]
+        client = environment(DBUS_SESSION_BUS_ADDRESS=self.address)
+        subprocess.run(["dbus-update-activation-environment", *environment_], env=client, check=True)
+        subprocess.run(
+            [
+                "busctl", "--address=" + self.address, "call", "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                "org.freedesktop.DBus", "ReloadConfig",
+            ],
+            check=True,
+        )
 
 
 class SystemBus(_Bus):

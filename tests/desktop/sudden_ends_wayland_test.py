@@ -9,19 +9,19 @@ import sys
 import tempfile
 import unittest
 
+import dbus
+
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.actions import ID, perform
 from harness.buses import SessionBus
 from harness.limits import Limits
 from harness.power_service import PowerService
 from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
-import dbus
-
 VIGILO = sys.argv.pop(1)
 MAGENTA = b"\xff\x00\xff"
-ID = "io.github.vigilo.Vigilo"
 MOST_LEFT = 12
 
 
@@ -68,14 +68,7 @@ class SuddenEndsOnWayland(unittest.TestCase):
             connection.close()
 
     def act(self, action):
-        connection = dbus.bus.BusConnection(self.bus.address)
-        try:
-            connection.call_blocking(
-                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
-                (action, [], {}),
-            )
-        finally:
-            connection.close()
+        perform(self.bus, action)
 
     def lock(self):
         self.act("agentLock")

@@ -3,8 +3,7 @@
 import os
 import subprocess
 
-import dbus
-
+from .actions import perform
 from .display import VirtualDisplay, windows_named
 from .hold_ups import HoldUps
 from .owner import PASSWORD, UID, Owner
@@ -12,7 +11,6 @@ from .power_service import PowerService
 from .processes import Processes, environment, wait_until
 
 DESKTOP = b"\xff\x00\xff"
-ID = "io.github.vigilo.Vigilo"
 STATES = ("idle", "session", "timed", "timed lock", "lock", "prompt")
 WITH_A_LOCK = ("timed lock", "lock", "prompt")
 
@@ -97,15 +95,7 @@ class OwnersProgram:
         os.replace(path + ".new", path)
 
     def act(self, action):
-        """Calls an action of the program over the bus."""
-        connection = dbus.bus.BusConnection(self.desktop.address)
-        try:
-            connection.call_blocking(
-                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
-                (action, [], {}), timeout=20,
-            )
-        finally:
-            connection.close()
+        perform(self.desktop, action)
 
     def enter(self, state):
         """From idle to one of the states; "session" has no end, and neither have "lock" and "prompt"."""

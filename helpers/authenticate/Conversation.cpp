@@ -64,8 +64,13 @@ bool isQuestion(const pam_message& message) {
     return message.msg_style == PAM_PROMPT_ECHO_OFF || message.msg_style == PAM_PROMPT_ECHO_ON;
 }
 
+/// Whether there can be so many messages at all; beyond that nobody knows what follows them.
+bool isCount(int count) {
+    return count > 0 && count <= PAM_MAX_NUM_MSG;
+}
+
 int converse(int count, const pam_message** messages, pam_response** answers, void*) {
-    if (count <= 0 || count > PAM_MAX_NUM_MSG) {
+    if (!isCount(count)) {
         return PAM_CONV_ERR;
     }
     auto* const responses = static_cast<pam_response*>(
@@ -107,6 +112,9 @@ int converse(int count, const pam_message** messages, pam_response** answers, vo
 
 int converseWithoutQuestions(int count, const pam_message** messages, pam_response** answers,
                              void* data) {
+    if (!isCount(count)) {
+        return PAM_CONV_ERR;
+    }
     for (int index = 0; index < count; ++index) {
         if (isQuestion(*messages[index])) {
             return PAM_CONV_ERR;

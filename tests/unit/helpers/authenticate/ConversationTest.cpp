@@ -144,9 +144,11 @@ TEST_F(ConversationTest, givesNoAnswersWhereNoneAreWanted) {
 
 TEST_F(ConversationTest, refusesNumbersOfMessagesThatPamDoesNotAllow) {
     for (const int count : {-1, 0, PAM_MAX_NUM_MSG + 1}) {
-        pam_response* responses = nullptr;
-        EXPECT_EQ(conversation().conv(count, nullptr, &responses, nullptr), PAM_CONV_ERR);
-        EXPECT_EQ(responses, nullptr);
+        for (const pam_conv& talk : {conversation(), conversationWithoutQuestions()}) {
+            pam_response* responses = nullptr;
+            EXPECT_EQ(talk.conv(count, nullptr, &responses, nullptr), PAM_CONV_ERR);
+            EXPECT_EQ(responses, nullptr);
+        }
     }
     EXPECT_EQ(sent(), Frames{});
 }

@@ -161,5 +161,9 @@ TEST_F(AppDelegateDeathTest, stopsTheProcessWhenTheWindowIsWantedBeforeTheLaunch
     EXPECT_DEATH(delegate->showWindow(), "internal error");
 }
 
+TEST_F(AppDelegateDeathTest, stopsTheProcessWhenTheMenuIsWantedBeforeTheLaunch) {
+    EXPECT_DEATH(delegate->performAction("toggleLaunchAtLogin"), "internal error");
+}
+
 } // namespace
 } // namespace vigilo

@@ -59,6 +59,8 @@ TEST(AgentRows, shows) {
     EXPECT_EQ(value(rows, 1, "detail"), "webapp");
     EXPECT_EQ(value(rows, 1, "status"), "DETECTED");
     EXPECT_EQ(value(rows, 1, "symbol"), "terminal.fill");
+    EXPECT_EQ(value(rows, 1, "tint").value<QColor>().toRgb(), QColor::fromRgbF(0.4F, 0.72F, 1.0F));
+    EXPECT_FALSE(rows.data(rows.index(0), Qt::DisplayRole).isValid());
     EXPECT_FALSE(rows.data(rows.index(2), Qt::DisplayRole).isValid());
 }
 

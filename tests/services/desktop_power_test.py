@@ -207,9 +207,11 @@ class DesktopPower(unittest.TestCase):
     def test_many_sessions_and_restarts_leave_nothing_behind(self):
         service = self.service("plasma")
         driver = self.driver()
+        # The toolkit has two threads of its own once it was on a bus.
+        threads = driver.threads() + 2
         for _ in range(3):
             driver.release(driver.create()[1])
-        wait_until(lambda: driver.threads() <= 3, "the threads of the requests to end")
+        wait_until(lambda: driver.threads() <= threads, "the threads of the requests to end")
         before = driver.descriptors()
         for session in range(1000):
             status, number = driver.create()
@@ -228,7 +230,7 @@ class DesktopPower(unittest.TestCase):
                 "the lock to be taken again",
             )
         driver.release(number)
-        wait_until(lambda: driver.threads() <= 3, "the threads of the requests to end")
+        wait_until(lambda: driver.threads() <= threads, "the threads of the requests to end")
         wait_until(lambda: driver.descriptors() <= before, "the connections to close")
 
     def test_nothing_is_asked_of_a_service_after_the_release(self):

@@ -2,7 +2,7 @@
 //   ask TEXT      asks with this text ("_" stands for a blank); only "right" is right
 //   say TEXT      has something to say
 //   hang          does not come back
-//   crash         reads from nowhere
+//   crash         aborts
 //   exit          ends the whole process as if all were well
 //   forge         says over the program's own connection that it is the owner, and fails
 //   rubbish       writes bytes of no meaning to that connection
@@ -124,7 +124,7 @@ extern "C" int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const ch
         } else if (step == "hang") {
             hang();
         } else if (step == "crash") {
-            std::raise(SIGSEGV);
+            std::raise(SIGABRT);
         } else if (step == "exit") {
             _exit(EXIT_SUCCESS);
         } else if (step == "forge") {

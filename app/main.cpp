@@ -13,6 +13,7 @@
 #include "platform/linux/power/DesktopPowerAssertions.h"
 #include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/processes/ProcfsProcessTable.h"
+#include "platform/linux/workspace/Appearance.h"
 #include "platform/linux/workspace/DesktopWorkspace.h"
 #include "platform/qt/ApplicationObject.h"
 #include "platform/qt/QtAlerts.h"
@@ -61,7 +62,9 @@ int runApplication(char* programName) {
         return EXIT_FAILURE;
     }
     platform::QtMenuBar menuBar(sessionBus);
-    platform::QtWindows windows(menuBar.mainMenu());
+    const platform::Appearance appearance = platform::desktopAppearance();
+    platform::ApplicationObject::scale(appearance.textScale);
+    platform::QtWindows windows(menuBar.mainMenu(), appearance.isAnimated);
     platform::QtApplication qtApplication(windows);
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());

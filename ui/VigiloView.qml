@@ -8,6 +8,9 @@ Item {
 
     required property VigiloViewModel model
 
+    // Some people are unwell when things move, and have told their desktop.
+    property bool isAnimated: true
+
     // Only a change of state moves the hero, not the first layout.
     property bool isLaidOut: false
 
@@ -137,7 +140,7 @@ Item {
             enabled: view.isLaidOut
 
             NumberAnimation {
-                duration: Theme.heroDuration
+                duration: view.isAnimated ? Theme.heroDuration : 0
                 easing.type: Easing.InOutQuad
             }
         }
@@ -158,7 +161,7 @@ Item {
 
                 Behavior on color {
                     ColorAnimation {
-                        duration: Theme.heroDuration
+                        duration: view.isAnimated ? Theme.heroDuration : 0
                         easing.type: Easing.InOutQuad
                     }
                 }

@@ -1,5 +1,6 @@
 #include "platform/qt/ApplicationObject.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdlib>
 #include <string_view>
@@ -7,6 +8,7 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
+#include <private/qhighdpiscaling_p.h>
 
 #include <unistd.h>
 #include <wayland-client-core.h>
@@ -14,6 +16,9 @@
 namespace vigilo::platform {
 
 namespace {
+
+constexpr std::array<const char*, 4> scaleVariables{"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
+                                                    "QT_FONT_DPI", "QT_WAYLAND_FORCE_DPI"};
 
 /// The toolkit aborts when no display can be had, and says so on several lines first. A message
 /// handler is the only place to turn that into an orderly refusal.
@@ -80,6 +85,17 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
 }
 
 ApplicationObject::~ApplicationObject() = default;
+
+void ApplicationObject::scale(double textScale) {
+    // On X11 it has come as the resolution of the fonts. On Wayland no protocol tells of it, and
+    // the toolkit knows no such setting.
+    const bool isChosen =
+        std::any_of(scaleVariables.begin(), scaleVariables.end(),
+                    [](const char* name) { return qEnvironmentVariableIsSet(name); });
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) && !isChosen) {
+        QHighDpiScaling::setGlobalFactor(textScale);
+    }
+}
 
 int ApplicationObject::run() {
     return QGuiApplication::exec();

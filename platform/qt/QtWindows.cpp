@@ -88,7 +88,8 @@ private:
 
 } // namespace
 
-QtWindows::QtWindows(MenuModel& mainMenu) : descriptors_(keptDescriptors), mainMenu_(mainMenu) {
+QtWindows::QtWindows(MenuModel& mainMenu, bool isAnimated)
+    : descriptors_(keptDescriptors), mainMenu_(mainMenu), isAnimated_(isAnimated) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
@@ -100,6 +101,7 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                                       windowSpec.background, onCloseRequested);
             view->setFlags(Qt::Window | Qt::FramelessWindowHint);
             view->setTitle(QString::fromStdString(windowSpec.title));
+            view->rootObject()->setProperty("isAnimated", isAnimated_);
             addFrame(*view);
             return view;
         },

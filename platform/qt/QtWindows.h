@@ -15,8 +15,9 @@ class MenuModel;
 /// Windows without the system's frame whose content is a QML type of the module "Vigilo".
 class QtWindows : public Windows {
 public:
-    /// `mainMenu` is offered by the windows that makeWindow() makes.
-    explicit QtWindows(MenuModel& mainMenu);
+    /// `mainMenu` is offered by the windows that makeWindow() makes. Their content has a property
+    /// `isAnimated`.
+    QtWindows(MenuModel& mainMenu, bool isAnimated);
 
     std::unique_ptr<Window> makeWindow(const WindowSpec& windowSpec,
                                        std::function<void()> onCloseRequested) override;
@@ -34,6 +35,7 @@ private:
     /// survive without.
     DescriptorReserve descriptors_;
     MenuModel& mainMenu_;
+    bool isAnimated_;
     QQmlEngine engine_;
 };
 

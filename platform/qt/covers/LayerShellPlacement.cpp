@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QQuickView>
 #include <QScreen>
+#include <private/qhighdpiscaling_p.h>
 #include <qpa/qplatformnativeinterface.h>
 
 #include <keyboard-shortcuts-inhibit.h>
@@ -141,7 +142,9 @@ void LayerShellPlacement::configure(void* data, zwlr_layer_surface_v1* layerSurf
     zwlr_layer_surface_v1_ack_configure(layerSurface, serial);
     placement.isConfigured_ = true;
     if (width > 0 && height > 0) {
-        placement.view_.resize(static_cast<int>(width), static_cast<int>(height));
+        // The toolkit may be told to draw larger than the compositor asks for.
+        const QSize size(static_cast<int>(width), static_cast<int>(height));
+        placement.view_.resize(QHighDpi::fromNativePixels(size, &placement.view_));
     }
 }
 

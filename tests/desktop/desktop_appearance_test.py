@@ -1,0 +1,164 @@
+#!/usr/bin/python3
+"""What the desktop's settings say of text scale and movement: on Wayland everything grows with the text, the lock
+still covers and opens; on X11, where it has come another way, nothing grows twice; nonsense and silence from
+the settings leave everything as usual. Usage: desktop_appearance_test.py VIGILO MODULE"""
+
+import os
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.buses import SessionBus
+from harness.display import VirtualDisplay, windows_named
+from harness.pam import OddPam
+from harness.pictures import Picture
+from harness.processes import Processes, environment, wait_until
+from harness.sway import Sway
+
+VIGILO = sys.argv.pop(1)
+MODULE = sys.argv.pop(1)
+SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
+NOWHERE = "unix:path=/nonexistent/bus"
+MAGENTA = (255, 0, 255)
+UNLOCK_BLUE = (10, 132, 255)
+
+
+class Appearance(unittest.TestCase):
+    def setUp(self):
+        self.bus = self.enter(SessionBus())
+        self.processes = self.enter(Processes())
+        self.pam = self.enter(OddPam(MODULE))
+        self.pam.does("ask", "Password:")
+
+    def enter(self, manager):
+        value = manager.__enter__()
+        self.addCleanup(manager.__exit__, None, None, None)
+        return value
+
+    def start(self, scale, animations, **variables):
+        self.variables = environment(
+            DBUS_SESSION_BUS_ADDRESS=self.bus.address, DBUS_SYSTEM_BUS_ADDRESS=NOWHERE, **variables
+        )
+        for script, *arguments in (
+            ("fake_power_service.py", "plasma", "grant"), ("fake_settings_portal.py", scale, animations),
+        ):
+            service = self.processes.start(
+                ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments],
+                env=self.variables, stdout=subprocess.PIPE,
+            )
+            self.addCleanup(service.stdout.close)
+            service.stdout.readline()
+        self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
+
+    def start_on_wayland(self, scale, animations="on", **variables):
+        self.sway = self.enter(Sway())
+        self.sway.message("output * resolution 1920x1200")
+        self.start(scale, animations, **self.sway.environment, QT_QPA_PLATFORM="wayland", **variables)
+        # A keyboard that is there before the first key: clients take note of one only after a while.
+        self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
+        return wait_until(self.window, "the window")
+
+    def start_on_x11(self, scale, animations="on"):
+        self.display = self.enter(VirtualDisplay("1600x1200x24"))
+        self.start(scale, animations, DISPLAY=self.display.name, WAYLAND_DISPLAY=None)
+        window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
+        self.display.settle()
+        return self.display.size(window)
+
+    def window(self):
+        """The width and the height of the program's window under sway."""
+
+        def find(node):
+            if node.get("pid") and node.get("app_id"):
+                return node["rect"]["width"], node["rect"]["height"]
+            children = node.get("nodes", []) + node.get("floating_nodes", [])
+            return next(filter(None, map(find, children)), None)
+
+        return find(self.sway.message("-t", "get_tree"))
+
+    def picture(self):
+        with tempfile.NamedTemporaryFile(suffix=".png") as file:
+            self.sway.screenshot(file.name)
+            return Picture.read(file.name)
+
+    def wtype(self, *arguments):
+        subprocess.run(["wtype", *arguments], env=self.variables, check=True)
+
+    def check_lock(self, scale):
+        """That it covers the display, is of this scale, and opens."""
+        blue = (960 - int(145 * scale), 600)
+
+        def is_up():
+            picture = self.picture()
+            self.column = [
+                y for y in range(0, 1200) if all(abs(a - b) <= 2 for a, b in zip(picture.colour(blue[0], y), UNLOCK_BLUE))
+            ]
+            corners = [picture.colour(x, y) for x in (0, 1919) for y in (0, 1199)]
+            return self.column and MAGENTA not in corners
+
+        wait_until(is_up, "the lock screen")
+        height = max(self.column) - min(self.column) + 1
+        self.assertLessEqual(abs(height - 43 * scale), 12 * scale)
+        picture = self.picture()
+        self.assertFalse(
+            any(picture.colour(x, y) == MAGENTA for x in range(0, 1920, 3) for y in range(0, 1200, 3)), "a gap"
+        )
+        self.wtype("right", "-k", "Return")
+        wait_until(lambda: self.picture().colour(0, 0) == MAGENTA, "the lock to go")
+
+    def test_everything_grows_on_wayland(self):
+        for text, scale in (("2.0", 2), ("1.25", 1.25)):
+            with self.subTest(scale=scale):
+                size = self.start_on_wayland(text)
+                self.assertEqual(size, (720 * scale, 560 * scale))
+                time.sleep(1)
+                self.wtype("-k", "Return")
+                self.check_lock(scale)
+                self.doCleanups()
+                self.setUp()
+
+    def test_a_scale_that_is_chosen_is_left(self):
+        self.assertEqual(self.start_on_wayland("2.0", QT_SCALE_FACTOR="1.5"), (1080, 840))
+
+    def test_nothing_grows_twice_on_x11(self):
+        self.assertEqual(self.start_on_x11("2.0"), (720, 560))
+
+    def test_nonsense_and_silence_change_nothing(self):
+        for scale, animations in (("large", "on"), ("-2", "on"), ("nan", "on"), ("1e300", "on"), ("2.0", "hang")):
+            with self.subTest(scale=scale, animations=animations):
+                self.assertEqual(self.start_on_wayland(scale, animations), (720, 560))
+                self.doCleanups()
+                self.setUp()
+
+    def pictures_of_a_start(self):
+        """The different pictures that are seen while a session begins."""
+        # With the mouse elsewhere and the focus where it stays.
+        for key in ("shift+Tab", "Return", "Home", "Return", "Tab"):
+            self.display.key(key)
+            self.display.settle(quiet=0.2)
+        seen = {self.display.picture()}
+        self.display.key("Return")
+        end = time.monotonic() + 1.5
+        while time.monotonic() < end:
+            seen.add(self.display.picture())
+        return len(seen)
+
+    def test_nothing_moves_where_nothing_is_to_move(self):
+        self.start_on_x11("1.0", "off")
+        self.assertEqual(self.pictures_of_a_start(), 2)
+
+    def test_the_state_glides_otherwise(self):
+        self.start_on_x11("1.0", "on")
+        self.assertGreater(self.pictures_of_a_start(), 2)
+
+
+if __name__ == "__main__":
+    reason = OddPam.missing() or Sway.missing()
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

@@ -146,6 +146,20 @@ class MainMenu(unittest.TestCase):
         self.wait_until_closed()
         self.open("F10")
         self.assertIn("checked", self.desktop.wait_for("menu item", "Launch at Login").states)
+        narrow = self.width()
+        self.display.key("Escape")
+        self.wait_until_closed()
+        with open(entry, "a", encoding="utf-8") as file:
+            file.write("Hidden=true\n")
+        self.open("F10")
+        row = self.desktop.wait_for("menu item", "Launch at Login — Approval Required")
+        self.assertNotIn("checked", row.states)
+        self.assertGreater(self.width(), narrow)
+
+    def width(self):
+        """Of a line of the menu, in pixels."""
+        left, _, right, _ = self.rows()[0].box()
+        return right - left
 
     def test_a_failure_to_switch_it_is_shown_in_an_alert_and_dismissed(self):
         os.makedirs(os.path.join(self.config, "autostart/io.github.vigilo.Vigilo.desktop"))

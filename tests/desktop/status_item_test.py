@@ -83,8 +83,27 @@ class WithXfcePanel(PanelTest):
 
     def test_the_whole_day_is_run_from_the_menu(self):
         self.panel.start()
-        program = self.start()
+        program = self.start(DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus")
         menu = self.item.menu()
+        # The close button.
+        self.display.click(self.windows()[0], 704, 16)
+        wait_until(lambda: not self.windows(), "the window to go")
+        menu.click("Open Vigilo…")
+        wait_until(self.windows, "the window")
+        menu.click("Keep Mac Awake")
+        self.wait_for_titles(menu, AWAKE)
+        for agent_lock in ("Show Agent Lock", "Start Agent Lock"):
+            menu.click(agent_lock)
+            wait_until(lambda: windows_named(self.display.name, "Agent Lock"), "the lock")
+            self.wait_for_titles(menu, AWAKE)
+            menu.click("Stop Keeping Awake")
+            wait_until(lambda: not windows_named(self.display.name, "Agent Lock"), "the lock to go")
+            self.wait_for_titles(menu, IDLE)
+        menu.click("Start with Apple Lock")
+        self.wait_for_titles(menu, AWAKE)
+        menu.click("Switch to Apple Lock")
+        menu.click("Stop Keeping Awake")
+        self.wait_for_titles(menu, IDLE)
         menu.click("Launch at Login")
         entry = os.path.join(self.config, "autostart/io.github.vigilo.Vigilo.desktop")
         wait_until(lambda: os.path.exists(entry), "the entry")

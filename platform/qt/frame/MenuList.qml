@@ -13,6 +13,8 @@ FocusScope {
     // The line that Return chooses; -1 for none.
     property int currentIndex: -1
 
+    readonly property int leastWidth: 252
+
     // Where the pointer was last.
     property real pointerX: -1
     property real pointerY: -1
@@ -43,12 +45,22 @@ FocusScope {
         }
     }
 
+    // The longest title is read whole where there is room for it.
+    function widen() {
+        let widest = lines.leastWidth;
+        for (let index = 0; index < rows.count; ++index) {
+            const row = rows.itemAt(index) as MenuRow;
+            widest = row === null ? widest : Math.max(widest, Math.ceil(row.implicitWidth));
+        }
+        lines.implicitWidth = widest;
+    }
+
     function step(direction: int) {
         const from = lines.currentIndex < 0 && direction < 0 ? rows.count : lines.currentIndex;
         lines.currentIndex = lines.menu.nextSelectable(from, direction);
     }
 
-    implicitWidth: 252
+    implicitWidth: leastWidth
     implicitHeight: column.implicitHeight
     Accessible.role: Accessible.PopupMenu
     Accessible.name: title
@@ -102,6 +114,7 @@ FocusScope {
 
                 MenuRow {
                     width: lines.width
+                    onImplicitWidthChanged: lines.widen()
                     isCurrent: index === lines.currentIndex
                     onIsCurrentChanged: {
                         if (isCurrent) {

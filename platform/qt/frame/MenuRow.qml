@@ -18,6 +18,7 @@ Item {
     signal pointed(x: real, y: real)
     signal pressed
 
+    implicitWidth: 30 + titleLabel.implicitWidth + 20 + keysLabel.implicitWidth
     height: isSeparator ? 9 : 28
     Accessible.role: isSeparator ? Accessible.Separator : isSelectable ? Accessible.MenuItem : Accessible.StaticText
     Accessible.name: title
@@ -78,6 +79,8 @@ Item {
     }
 
     Label {
+        id: titleLabel
+
         anchors.verticalCenter: parent.verticalCenter
         x: 30
         width: parent.width - 30 - keysLabel.width - 20

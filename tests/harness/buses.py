@@ -2,6 +2,7 @@
 
 import os
 import shutil
+import socket
 import subprocess
 import tempfile
 
@@ -70,8 +71,13 @@ class _Bus:
     def _start_daemon(self):
         file = os.path.join(self.folder, "bus.conf")
         self.daemon = self.processes.start(["dbus-daemon", "--config-file=" + file, "--nofork", "--nopidfile"])
-        wait_until(lambda: os.path.exists(self._socket), "the bus")
+        wait_until(self._accepts, "the bus")
         os.chmod(self._socket, 0o777)
+
+    def _accepts(self):
+        # The socket is there a moment before anybody listens on it.
+        with socket.socket(socket.AF_UNIX) as connection:
+            return connection.connect_ex(self._socket) == 0
 
     def restart(self):
         """Ends the bus, with everybody's connection to it, and starts it anew at the same address."""

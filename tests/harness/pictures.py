@@ -36,6 +36,13 @@ class Picture:
             int(self._origin[0] + x * self._scale), int(self._origin[1] + y * self._scale)
         )
 
+    def has(self, colour):
+        """Whether any pixel has exactly this colour, as three bytes."""
+        start = self._pixels.find(colour)
+        while start >= 0 and start % 3 != 0:
+            start = self._pixels.find(colour, start + 1)
+        return start >= 0
+
     def surface_colour(self, x, y, radius=2):
         """The colour at a point; where its surroundings are even but for dithering, theirs in the mean."""
         column, row = int(self._origin[0] + x * self._scale), int(self._origin[1] + y * self._scale)

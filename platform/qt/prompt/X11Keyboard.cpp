@@ -1,7 +1,7 @@
 #include "platform/qt/prompt/X11Keyboard.h"
 
-#include <cstdlib>
-#include <memory>
+#include "platform/qt/XcbReply.h"
+
 #include <string_view>
 #include <utility>
 
@@ -24,12 +24,6 @@ constexpr std::uint32_t longestNames = 256; // in units of four bytes
 constexpr qsizetype layoutField = 2;
 constexpr qsizetype variantField = 3;
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
-
 std::uint16_t length(std::string_view text) {
     return static_cast<std::uint16_t>(text.size());
 }
@@ -42,11 +36,11 @@ X11Keyboard::X11Keyboard(xcb_connection_t* server, Listener listener)
     const auto atomRequest = xcb_intern_atom(server_, 0, length(rulesNames), rulesNames.data());
     const auto extensionRequest =
         xcb_query_extension(server_, length(extensionName), extensionName.data());
-    if (const ReplyPointer<xcb_intern_atom_reply_t> atom{
+    if (const XcbReply<xcb_intern_atom_reply_t> atom{
             xcb_intern_atom_reply(server_, atomRequest, nullptr)}) {
         rulesNames_ = atom->atom;
     }
-    const ReplyPointer<xcb_query_extension_reply_t> extension{
+    const XcbReply<xcb_query_extension_reply_t> extension{
         xcb_query_extension_reply(server_, extensionRequest, nullptr)};
     if (extension && extension->present != 0) {
         keyboardEvent_ = extension->first_event;
@@ -73,7 +67,7 @@ bool X11Keyboard::nativeEventFilter(const QByteArray& eventType, void* message, 
 }
 
 void X11Keyboard::read() {
-    const ReplyPointer<xcb_query_pointer_reply_t> state{
+    const XcbReply<xcb_query_pointer_reply_t> state{
         xcb_query_pointer_reply(server_, xcb_query_pointer(server_, root_), nullptr)};
     if (state) {
         const unsigned mask = state->mask;
@@ -84,7 +78,7 @@ void X11Keyboard::read() {
 
 /// The name of a layout and, in brackets, of its variant, from what the keyboard was made of.
 QString X11Keyboard::layout(unsigned group) const {
-    const ReplyPointer<xcb_get_property_reply_t> property{xcb_get_property_reply(
+    const XcbReply<xcb_get_property_reply_t> property{xcb_get_property_reply(
         server_, xcb_get_property(server_, 0, root_, rulesNames_, XCB_ATOM_STRING, 0, longestNames),
         nullptr)};
     if (!property) {

@@ -1,9 +1,9 @@
 #include "platform/qt/tray/TrayManager.h"
 
+#include "platform/qt/XcbReply.h"
+
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,19 +16,13 @@ namespace vigilo::platform {
 
 namespace {
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
-
 xcb_connection_t* connection() {
     const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return application == nullptr ? nullptr : application->connection();
 }
 
 xcb_atom_t atom(std::string_view name) {
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection(),
         xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
         nullptr));
@@ -60,7 +54,7 @@ bool TrayManager::isPossible() {
 }
 
 void TrayManager::look() {
-    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection(), xcb_get_selection_owner(connection(), selection_), nullptr));
     tray_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
     if (tray_ != XCB_WINDOW_NONE) {
@@ -72,7 +66,7 @@ void TrayManager::look() {
 }
 
 bool TrayManager::isTranslucent() const {
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection(),
         xcb_get_property(connection(), 0, tray_, atom("_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID,
                          0, 1),
@@ -96,7 +90,7 @@ bool TrayManager::isTranslucent() const {
 std::optional<QColor> TrayManager::foreground() const {
     // Red, green and blue of four colours, of 16 bits each; the first is that of ordinary icons.
     constexpr std::uint32_t numbers = 12;
-    const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection(),
         xcb_get_property(connection(), 0, tray_, colours_, XCB_ATOM_CARDINAL, 0, numbers),
         nullptr));
@@ -133,7 +127,7 @@ QColor TrayManager::colourBehind(std::uint32_t window) {
     const std::uint32_t parentsOwn = XCB_BACK_PIXMAP_PARENT_RELATIVE;
     xcb_change_window_attributes(connection(), window, XCB_CW_BACK_PIXMAP, &parentsOwn);
     xcb_clear_area(connection(), 0, window, 0, 0, 1, 1);
-    const ReplyPointer<xcb_get_image_reply_t> image(xcb_get_image_reply(
+    const XcbReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
         connection(),
         xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
     QRgb pixel = 0;

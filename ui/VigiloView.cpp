@@ -16,7 +16,7 @@ namespace vigilo {
 namespace {
 
 QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return QString::fromUtf8(utf8);
 }
 
 QString agentCountText(std::size_t count) {

@@ -15,7 +15,7 @@ namespace vigilo::platform {
 namespace {
 
 QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return QString::fromUtf8(utf8);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "platform/ProcessTable.h"
 #include "text/Numbers.h"
+#include "text/Parts.h"
 #include "text/Path.h"
 #include "text/Words.h"
 
@@ -75,12 +76,10 @@ std::string friendlyRuntime(std::string_view elapsed) {
     }
 
     std::vector<std::int64_t> numbers;
-    while (!clock.empty()) {
-        const std::size_t colon = std::min(clock.find(':'), clock.size());
-        if (const auto value = decimalInteger(clock.substr(0, colon))) {
+    for (const std::string_view part : parts(clock, ':')) {
+        if (const auto value = decimalInteger(part)) {
             numbers.push_back(*value);
         }
-        clock.remove_prefix(std::min(colon + 1, clock.size()));
     }
 
     std::int64_t hours = 0;

@@ -1,8 +1,9 @@
 #include "platform/linux/login/AutostartEntry.h"
 
+#include "text/Parts.h"
+
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -32,10 +33,7 @@ bool isSwitchedOff(const DesktopEntry& entry) {
 bool isShown(const DesktopEntry& entry, std::string_view currentDesktop) {
     const std::vector<std::string> only = listValue(entry, "OnlyShowIn");
     const std::vector<std::string> never = listValue(entry, "NotShowIn");
-    while (!currentDesktop.empty()) {
-        const std::size_t length = std::min(currentDesktop.find(':'), currentDesktop.size());
-        const std::string_view desktop = currentDesktop.substr(0, length);
-        currentDesktop.remove_prefix(std::min(length + 1, currentDesktop.size()));
+    for (const std::string_view desktop : parts(currentDesktop, ':')) {
         // Xfce's settings let the user start what is not meant for Xfce.
         if (contains(only, desktop) ||
             (desktop == "XFCE" && booleanValue(entry, "X-XFCE-Autostart-Override") == true)) {

@@ -1,5 +1,6 @@
 #include "platform/linux/login/DesktopEntry.h"
 
+#include "text/Parts.h"
 #include "text/Unicode.h"
 
 #include <algorithm>
@@ -19,13 +20,6 @@ std::string_view trimmed(std::string_view text) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::string_view takeLine(std::string_view& text) {
-    const std::size_t length = std::min(text.find('\n'), text.size());
-    const std::string_view line = text.substr(0, length);
-    text.remove_prefix(std::min(length + 1, text.size()));
-    return line;
 }
 
 /// The character that a backslash and this one stand for.
@@ -52,8 +46,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
     }
     DesktopEntry entry;
     std::optional<std::string_view> group;
-    while (!text.empty()) {
-        const std::string_view line = trimmed(takeLine(text));
+    for (const std::string_view whole : parts(text, '\n')) {
+        const std::string_view line = trimmed(whole);
         if (line.empty() || line.front() == '#') {
             continue;
         }

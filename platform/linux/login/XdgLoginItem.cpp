@@ -5,6 +5,7 @@
 #include "platform/linux/login/FileReplacement.h"
 #include "platform/linux/workspace/SettingsProgram.h"
 #include "platform/linux/workspace/StartupSettingsCommand.h"
+#include "text/Parts.h"
 #include "text/Unicode.h"
 
 #include <algorithm>
@@ -31,17 +32,6 @@ constexpr auto entryName = "autostart/io.github.vigilo.Vigilo.desktop";
 std::string variable(const char* name) {
     const char* const value = std::getenv(name);
     return value == nullptr ? std::string() : std::string(value);
-}
-
-/// The parts of a text between colons.
-std::vector<std::string> parts(std::string_view text) {
-    std::vector<std::string> list;
-    while (!text.empty()) {
-        const std::size_t length = std::min(text.find(':'), text.size());
-        list.emplace_back(text.substr(0, length));
-        text.remove_prefix(std::min(length + 1, text.size()));
-    }
-    return list;
 }
 
 fs::path homeFolder() {
@@ -124,8 +114,11 @@ AutostartEnvironment autostartEnvironment() {
     } else if (home.is_absolute()) {
         environment.configHome = home / ".config";
     }
-    const std::string folders = variable("XDG_CONFIG_DIRS");
-    for (const fs::path folder : parts(folders.empty() ? "/etc/xdg" : folders)) {
+    std::string folders = variable("XDG_CONFIG_DIRS");
+    if (folders.empty()) {
+        folders = "/etc/xdg";
+    }
+    for (const fs::path folder : parts(folders, ':')) {
         if (folder.is_absolute()) {
             environment.configFolders.push_back(folder);
         }
@@ -210,7 +203,7 @@ bool XdgLoginItem::isExecutable(const std::string& program) const {
     if (program.find('/') != std::string::npos) {
         return program.front() == '/' && isExecutableFile(program);
     }
-    for (const fs::path folder : parts(environment_.searchPath)) {
+    for (const fs::path folder : parts(environment_.searchPath, ':')) {
         if (folder.is_absolute() && isExecutableFile(folder / program)) {
             return true;
         }

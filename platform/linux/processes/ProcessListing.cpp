@@ -1,23 +1,13 @@
 #include "platform/linux/processes/ProcessListing.h"
 
 #include "text/Numbers.h"
+#include "text/Parts.h"
 #include "text/Unicode.h"
 #include "text/Words.h"
-
-#include <algorithm>
-#include <cstddef>
 
 namespace vigilo::platform {
 
 namespace {
-
-/// Takes the first line off the text; only a line feed ends a line.
-std::string_view takeLine(std::string_view& text) {
-    const std::size_t length = std::min(text.find('\n'), text.size());
-    const std::string_view line = text.substr(0, length);
-    text.remove_prefix(std::min(length + 1, text.size()));
-    return line;
-}
 
 std::optional<ListedProcess> parseLine(std::string_view line) {
     Words words(line);
@@ -43,8 +33,9 @@ std::vector<ListedProcess> parseProcessListing(std::string_view listing) {
     if (!isUtf8(listing)) {
         return processes;
     }
-    while (!listing.empty()) {
-        if (const auto process = parseLine(takeLine(listing))) {
+    // Only a line feed ends a line.
+    for (const std::string_view line : parts(listing, '\n')) {
+        if (const auto process = parseLine(line)) {
             processes.push_back(*process);
         }
     }
@@ -55,8 +46,7 @@ std::optional<std::string_view> parseOpenFileName(std::string_view output) {
     if (!isUtf8(output)) {
         return std::nullopt;
     }
-    while (!output.empty()) {
-        const std::string_view line = takeLine(output);
+    for (const std::string_view line : parts(output, '\n')) {
         if (line.starts_with('n')) {
             return line.substr(1);
         }

@@ -1,16 +1,12 @@
 #include "platform/linux/workspace/SettingsCommands.h"
 
-#include <algorithm>
-#include <cstddef>
+#include "text/Parts.h"
 
 namespace vigilo::platform {
 
 Command settingsCommand(std::span<const DesktopCommands> table, std::string_view currentDesktop,
                         const std::function<bool(std::string_view)>& isInstalled) {
-    while (!currentDesktop.empty()) {
-        const std::size_t length = std::min(currentDesktop.find(':'), currentDesktop.size());
-        const std::string_view desktop = currentDesktop.substr(0, length);
-        currentDesktop.remove_prefix(std::min(length + 1, currentDesktop.size()));
+    for (const std::string_view desktop : parts(currentDesktop, ':')) {
         for (const DesktopCommands& row : table) {
             if (row.desktop != desktop) {
                 continue;

@@ -1,5 +1,6 @@
 #include "text/DisplayText.h"
 #include "text/Numbers.h"
+#include "text/Parts.h"
 #include "text/Path.h"
 #include "text/Unicode.h"
 #include "text/Words.h"
@@ -111,6 +112,15 @@ TEST(Utf8, givesEveryCodePointBackFromItsShortestFormOnly) {
             }
         }
     }
+}
+
+TEST(Parts, areWhatStandsBetweenSeparators) {
+    using Found = std::vector<std::string_view>;
+    EXPECT_EQ(parts("a:b c:", ':'), (Found{"a", "b c"}));
+    EXPECT_EQ(parts("::a::b", ':'), (Found{"a", "b"}));
+    EXPECT_EQ(parts("a:b", ';'), Found{"a:b"});
+    EXPECT_EQ(parts("", ':'), Found{});
+    EXPECT_EQ(parts(":", ':'), Found{});
 }
 
 TEST(DisplayText, replacesWhatIsNoTextAndDropsWhatWouldMislead) {

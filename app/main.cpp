@@ -25,6 +25,7 @@
 #include "platform/qt/QtWindows.h"
 #include "platform/qt/tray/QtStatusBar.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -47,6 +48,9 @@ AgentMonitor::Scan agentScan() {
 }
 
 int runApplication(char* programName) {
+    // What is written where nobody reads any more, such as a warning of the toolkit's on the
+    // terminal that it was started from, must not end a session.
+    std::signal(SIGPIPE, SIG_IGN);
     platform::leaveHungSessionBus();
     platform::ApplicationObject applicationObject(programName);
     platform::QtRunLoop runLoop;

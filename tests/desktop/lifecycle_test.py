@@ -95,6 +95,8 @@ class OnADisplay(unittest.TestCase):
     def finish(process):
         if process.poll() is None:
             process.kill()
+        if process.stderr.closed:
+            process.stderr = None
         process.communicate()
 
     def wait_for_window(self, process, is_there=True):
@@ -122,6 +124,13 @@ class OnADisplay(unittest.TestCase):
         process.terminate()
         output, errors = process.communicate(timeout=20)
         self.assertEqual((process.returncode, output, errors), (0, "", ""))
+
+    def test_it_runs_on_when_nobody_reads_its_warnings_any_more(self):
+        process = self.start(QT_LOGGING_RULES="*.debug=true")
+        process.stderr.close()
+        self.wait_for_window(process)
+        process.terminate()
+        self.assertEqual(process.wait(20), 0)
 
     def test_unknown_arguments_are_ignored(self):
         process = self.start("--Self-Test", "-platform", "nonsense", "--style", "x", "-qmljsdebugger", "file")

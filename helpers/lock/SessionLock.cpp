@@ -26,9 +26,12 @@ constexpr auto logindSession = "org.freedesktop.login1.Session";
 constexpr auto automaticSession = "/org/freedesktop/login1/session/auto";
 
 // One of these owns its name for as long as it can lock the screen.
-constexpr std::array screenSavers{"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
-                                  "org.mate.ScreenSaver",        "org.cinnamon.ScreenSaver",
-                                  "org.xfce.ScreenSaver",        "org.kde.screensaver"};
+constexpr std::array screenSavers{"org.gnome.ScreenSaver", "org.mate.ScreenSaver",
+                                  "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver",
+                                  "org.kde.screensaver"};
+constexpr auto commonScreenSaver = "org.freedesktop.ScreenSaver";
+// Owns the common name in GNOME, where it passes on nothing but inhibitions.
+constexpr auto gnomeProxy = "org.gnome.SettingsDaemon.ScreensaverProxy";
 
 /// What D-Bus answered; freed at the end.
 struct Reply {
@@ -189,7 +192,7 @@ bool SessionLock::isTaken() {
             return true;
         }
     }
-    return false;
+    return isOwned(commonScreenSaver) && !isOwned(gnomeProxy);
 }
 
 void SessionLock::sleepMutterDisplays() {

@@ -6,12 +6,15 @@
 #include "helpers/lock/SessionLock.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 #include <thread>
 
+#include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -43,11 +46,28 @@ std::string installedPath(std::string_view program) {
     return {};
 }
 
+/// Whether XScreenSaver runs here. It owns the bus name of a screen saver, but is no more to be
+/// asked over the bus than through logind.
+bool isXScreenSaverRunning(DisplayServer server) {
+    return server == DisplayServer::x11 && isOneOfOursRunning({xScreenSaver.program});
+}
+
+void lockXScreenSaver() {
+    std::string command(xScreenSaver.command);
+    std::string argument(xScreenSaver.argument);
+    const std::array arguments{command.data(), argument.data(), static_cast<char*>(nullptr)};
+    pid_t child = 0;
+    if (posix_spawnp(&child, command.c_str(), nullptr, nullptr, arguments.data(), environ) == 0) {
+        waitpid(child, nullptr, 0);
+    }
+}
+
 bool isTakenWithin(std::chrono::milliseconds limit, SessionLock& session, DisplayServer server) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (true) {
         // A locker that logind's request has started says so to nobody.
-        if (session.isTaken() || isOneOfOursRunning(lockers(server))) {
+        if (session.isTaken() || isXScreenSaverRunning(server) ||
+            isOneOfOursRunning(lockers(server))) {
             return true;
         }
         if (std::chrono::steady_clock::now() >= deadline) {
@@ -68,6 +88,9 @@ int main() {
     {
         SessionLock session;
         const bool mayBeTaken = session.request();
+        if (isXScreenSaverRunning(server)) {
+            lockXScreenSaver();
+        }
         sleepDisplays(session);
         if (isTakenWithin(mayBeTaken ? lockLimit : 0ms, session, server)) {
             return EXIT_SUCCESS;

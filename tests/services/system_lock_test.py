@@ -4,6 +4,7 @@ have power states, under sway with swayidle, and on Mutter's bus.
 Usage: system_lock_test.py VIGILO_LOCK DPMS_SHIM"""
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -131,6 +132,25 @@ class OnXorg(SystemLock):
         self.assertEqual(self.lock(), 0)
         self.assertEqual(self.display.power_levels(), [3])
         self.assertFalse(os.path.exists(note))
+
+    def test_a_locker_is_started_beside_gnomes_proxy_which_locks_nothing(self):
+        note = self.locker("i3lock")
+        self.own_name("org.freedesktop.ScreenSaver")
+        self.own_name("org.gnome.SettingsDaemon.ScreensaverProxy")
+        self.assertEqual(self.lock(), 0)
+        self.assertTrue(os.path.exists(note))
+
+    def test_xscreensaver_is_told_by_its_own_command(self):
+        fallback, note = self.locker("i3lock"), self.locker("xscreensaver-command")
+        self.assertEqual(self.lock(), 0)
+        self.assertFalse(os.path.exists(note))
+        os.remove(fallback)
+        shutil.copy("/usr/bin/sleep", os.path.join(self.folder, "xscreensaver"))
+        self.processes.start([os.path.join(self.folder, "xscreensaver"), "60"])
+        self.assertEqual(self.lock(), 0)
+        with open(note, encoding="utf-8") as file:
+            self.assertEqual(file.read(), os.path.join(self.folder, "xscreensaver-command") + " -lock\n")
+        self.assertFalse(os.path.exists(fallback))
 
     def test_the_displays_sleep_even_where_nothing_can_lock(self):
         self.variables["DBUS_SESSION_BUS_ADDRESS"] = NOWHERE

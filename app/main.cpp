@@ -55,6 +55,7 @@ int runApplication(char* programName) {
     platform::ApplicationObject applicationObject(programName);
     platform::QtRunLoop runLoop;
     platform::SessionBus sessionBus(runLoop);
+    platform::AppearanceQuestion appearanceQuestion(sessionBus.connection());
     platform::ApplicationService service(sessionBus);
     switch (service.claim()) {
     case platform::ApplicationService::Claim::first:
@@ -66,7 +67,7 @@ int runApplication(char* programName) {
         return EXIT_FAILURE;
     }
     platform::QtMenuBar menuBar(sessionBus);
-    const platform::Appearance appearance = platform::desktopAppearance();
+    const platform::Appearance appearance = appearanceQuestion.answer();
     platform::ApplicationObject::scale(appearance.textScale);
     platform::QtWindows windows(menuBar.mainMenu(), appearance.isAnimated);
     platform::QtApplication qtApplication(windows);

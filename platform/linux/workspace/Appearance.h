@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QDBusConnection>
+#include <QDBusPendingCall>
+
 namespace vigilo::platform {
 
 /// How the desktop's settings want programs to look, as far as the toolkit does not see to it.
@@ -10,10 +13,21 @@ struct Appearance {
     bool operator==(const Appearance&) const = default;
 };
 
-/// What the desktop's settings portal tells now (org.freedesktop.portal.Settings, namespace
-/// org.gnome.desktop.interface, which other desktops fill in, too). What it does not tell, in time
-/// or sensibly, is as usual. Waits for an answer, a second at most; the portal is started only on a
-/// desktop that surely has one.
-Appearance desktopAppearance();
+/// Asks the desktop's settings portal (org.freedesktop.portal.Settings, namespace
+/// org.gnome.desktop.interface, which other desktops fill in, too). Asks when it is made, so that
+/// other work can be done until the answer is there. The portal is started only on a desktop that
+/// surely has one. Main thread.
+class AppearanceQuestion {
+public:
+    explicit AppearanceQuestion(const QDBusConnection& bus);
+
+    /// What the portal does not tell, in time or sensibly, is as usual. Waits for half a second at
+    /// most.
+    Appearance answer();
+
+private:
+    QDBusPendingCall textScale_;
+    QDBusPendingCall isAnimated_;
+};
 
 } // namespace vigilo::platform

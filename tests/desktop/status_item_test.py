@@ -13,6 +13,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 import dbus
 
+from harness.display import windows_named
 from harness.panel_test import AWAKE, IDLE, PanelTest
 from harness.panels import ExportedMenu, Watcher, XfcePanel
 from harness.processes import environment, wait_until

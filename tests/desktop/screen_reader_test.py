@@ -84,8 +84,8 @@ class ScreenReader(unittest.TestCase):
 
     def test_a_session_is_chosen_begun_and_ended(self):
         self.start()
-        self.news.wait_for("window:activate", "frame", "Vigilo")
-        self.news.wait_for(FOCUSED, "push button", "Start Awake Session")
+        # That the window has come may have been told before anybody could be told.
+        wait_until(lambda: self.focused() == ("push button", "Start Awake Session"), "the focus")
         for menu, row, value in (("Awake duration", "2 hours", "2 hours"), ("Screen mode", "Stay Visible", "Stay Visible")):
             self.choose(menu, row)
             self.news.wait_for(DESCRIPTION, "push button", menu)

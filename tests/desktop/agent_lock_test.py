@@ -159,7 +159,7 @@ class AgentLock(unittest.TestCase):
         try:
             with open("/proc/%s/environ" % pid, "rb") as file:
                 return b"DISPLAY=" + self.display.name.encode() in file.read().split(b"\0")
-        except FileNotFoundError:
+        except (FileNotFoundError, ProcessLookupError):
             return False  # it has just ended
 
     def test_its_guard_is_replaced_when_killed_and_ends_with_the_lock(self):

@@ -1,6 +1,7 @@
 #include "helpers/lock/OwnProcesses.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -30,6 +31,32 @@ std::optional<std::string> runningName(const std::filesystem::path& process) {
     return text.substr(begin + 1, end - begin - 1);
 }
 
+/// An X display without the number of one of its screens.
+std::string_view withoutScreen(std::string_view display) {
+    const std::size_t colon = display.rfind(':');
+    return colon == std::string_view::npos ? display : display.substr(0, display.find('.', colon));
+}
+
+/// Whether a process was started on another display than ours; where it does not say, it was not.
+bool isElsewhere(const std::filesystem::path& process) {
+    for (const std::string_view variable : {"WAYLAND_DISPLAY", "DISPLAY"}) {
+        const char* const ours = std::getenv(std::string(variable).c_str());
+        if (ours == nullptr || *ours == '\0') {
+            continue;
+        }
+        std::ifstream file(process / "environ");
+        for (std::string entry; std::getline(file, entry, '\0');) {
+            const std::string_view theirs = entry;
+            const std::size_t size = variable.size();
+            if (theirs.size() > size + 1 && theirs.starts_with(variable) && theirs[size] == '=') {
+                return withoutScreen(theirs.substr(size + 1)) != withoutScreen(ours);
+            }
+        }
+        return false;
+    }
+    return false;
+}
+
 } // namespace
 
 bool isOneOfOursRunning(const std::vector<std::string_view>& names) {
@@ -42,9 +69,10 @@ bool isOneOfOursRunning(const std::vector<std::string_view>& names) {
             continue;
         }
         const auto name = runningName(entry->path());
-        if (name && std::any_of(names.begin(), names.end(), [&](auto wanted) {
-                return wanted.substr(0, longestName) == *name;
-            })) {
+        if (name &&
+            std::any_of(names.begin(), names.end(),
+                        [&](auto wanted) { return wanted.substr(0, longestName) == *name; }) &&
+            !isElsewhere(entry->path())) {
             return true;
         }
     }

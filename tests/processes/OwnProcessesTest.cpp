@@ -46,6 +46,22 @@ TEST_P(OwnProcesses, areFoundByNameWhileTheyRun) {
     EXPECT_FALSE(isOneOfOursRunning({name}));
 }
 
+TEST_P(OwnProcesses, areLeftOutOnAnotherDisplay) {
+    unsetenv("WAYLAND_DISPLAY");
+    setenv("DISPLAY", ":4711.0", 1);
+    const RealProcess process = start();
+    setenv("DISPLAY", ":4711", 1);
+    EXPECT_TRUE(isOneOfOursRunning({name}));
+    setenv("DISPLAY", ":4712", 1);
+    EXPECT_FALSE(isOneOfOursRunning({name}));
+    // One that does not say where it is may be here.
+    setenv("WAYLAND_DISPLAY", "wayland-4711", 1);
+    EXPECT_TRUE(isOneOfOursRunning({name}));
+    unsetenv("WAYLAND_DISPLAY");
+    unsetenv("DISPLAY");
+    EXPECT_TRUE(isOneOfOursRunning({name}));
+}
+
 INSTANTIATE_TEST_SUITE_P(OfAnyLength, OwnProcesses,
                          testing::Values("-lock", "-a-locker-with-a-long-name"));
 

@@ -17,9 +17,9 @@ public:
     explicit ApplicationObject(char* programName);
     ~ApplicationObject();
 
-    /// Draws everything larger or smaller, by the text scale that the desktop's settings name; nothing
-    /// where the display server has told the toolkit already, or the environment has. Call it before
-    /// any window is made.
+    /// Draws everything larger or smaller, by the text scale that the desktop's settings name;
+    /// nothing where the display server has told the toolkit already, or the environment has. Call
+    /// it before any window is made.
     static void scale(double textScale);
 
     /// Runs the event loop until the program is asked to end; returns the exit status.

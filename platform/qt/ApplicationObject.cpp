@@ -1,6 +1,10 @@
 #include "platform/qt/ApplicationObject.h"
 
+#include "platform/linux/compositor/CompositorInterfaces.h"
+#include "platform/qt/PlatformChoice.h"
+
 #include <algorithm>
+#include <chrono>
 #include <cstdarg>
 #include <cstdlib>
 #include <string_view>
@@ -17,8 +21,13 @@ namespace vigilo::platform {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::array<const char*, 4> scaleVariables{"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
                                                     "QT_FONT_DPI", "QT_WAYLAND_FORCE_DPI"};
+
+// Far more than an answer takes. Whatever does not answer is left to the toolkit.
+constexpr auto compositorLimit = 250ms;
 
 /// The toolkit aborts when no display can be had, and says so on several lines first. A message
 /// handler is the only place to turn that into an orderly refusal.
@@ -66,9 +75,27 @@ private:
     bool isOurs_;
 };
 
+/// The platform to ask the toolkit for; empty to ask for none.
+std::string platform() {
+    // The Wayland library has a way of its own to tell that it cannot connect.
+    wl_log_set_handler_client([](const char*, va_list) {});
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        return {};
+    }
+    return platformChoice(compositorInterfaces(compositorLimit),
+                          !qEnvironmentVariableIsEmpty("DISPLAY"));
+}
+
 } // namespace
 
-ApplicationObject::ApplicationObject(char* programName) : arguments_{programName, nullptr} {
+ApplicationObject::ApplicationObject(char* programName)
+    : platform_(platform()), arguments_{programName} {
+    if (!platform_.empty()) {
+        arguments_[1] = platformSwitch_.data();
+        arguments_[2] = platform_.data();
+        argumentCount_ = 3;
+    }
     preferSoftwareRendering();
     // Lets a window on Wayland be without the role of an ordinary one, so that it can be a cover.
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
@@ -76,8 +103,6 @@ ApplicationObject::ApplicationObject(char* programName) : arguments_{programName
     QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.vigilo.Vigilo"));
-    // The Wayland library has a way of its own to tell that it cannot connect.
-    wl_log_set_handler_client([](const char*, va_list) {});
     const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
     const PicturesAreSent picturesAreSent; // asked for once, when the server is connected to
     application_ = std::make_unique<QGuiApplication>(argumentCount_, arguments_.data());

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <string>
 
 class QGuiApplication;
 
@@ -14,6 +15,8 @@ class ApplicationObject {
 public:
     /// `programName` is the program's own path. The toolkit's command-line switches are not looked
     /// at; its environment variables are.
+    /// Where the session offers both X and Wayland, the one on which covers hold better is taken
+    /// (platformChoice()), unless QT_QPA_PLATFORM names one.
     explicit ApplicationObject(char* programName);
     ~ApplicationObject();
 
@@ -26,9 +29,11 @@ public:
     int run();
 
 private:
-    // The toolkit keeps references to both.
+    // The toolkit keeps references to all of these.
+    std::string platformSwitch_ = "-platform";
+    std::string platform_;
     int argumentCount_ = 1;
-    std::array<char*, 2> arguments_;
+    std::array<char*, 4> arguments_;
     std::unique_ptr<QGuiApplication> application_;
 };
 

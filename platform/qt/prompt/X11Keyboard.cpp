@@ -76,8 +76,13 @@ void X11Keyboard::read() {
     }
 }
 
-/// The name of a layout and, in brackets, of its variant, from what the keyboard was made of.
+/// The name of a layout and, in brackets, of its variant, from what the keyboard was made of. None
+/// in a Wayland session: its X server says what it was started with, not what the compositor gave
+/// it.
 QString X11Keyboard::layout(unsigned group) const {
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        return {};
+    }
     const XcbReply<xcb_get_property_reply_t> property{xcb_get_property_reply(
         server_, xcb_get_property(server_, 0, root_, rulesNames_, XCB_ATOM_STRING, 0, longestNames),
         nullptr)};

@@ -2,6 +2,7 @@
 
 #include "platform/qt/ContentView.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/covers/CoverPlacement.h"
 
 #include <algorithm>
 
@@ -35,9 +36,6 @@ void QtApplication::loadIcon() {
 
 void QtApplication::activateIgnoringOtherApps() {
     const QWindowList windows = QGuiApplication::topLevelWindows();
-    const auto isCover = [](const QWindow* window) {
-        return window->isVisible() && window->flags().testFlag(Qt::BypassWindowManagerHint);
-    };
     if (std::any_of(windows.begin(), windows.end(), isCover)) {
         return; // already in front of everything, and nothing may come before it
     }

@@ -5,6 +5,7 @@
 #include "platform/qt/covers/X11Placement.h"
 
 #include <QGuiApplication>
+#include <QWindow>
 
 namespace vigilo::platform {
 
@@ -16,6 +17,11 @@ std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& sc
         return placement;
     }
     return std::make_unique<FullScreenPlacement>(view, screen);
+}
+
+bool isCover(const QWindow* window) {
+    return window != nullptr && window->isVisible() &&
+           window->flags().testAnyFlags(Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
 }
 
 } // namespace vigilo::platform

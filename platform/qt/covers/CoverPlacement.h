@@ -4,6 +4,7 @@
 
 class QQuickView;
 class QScreen;
+class QWindow;
 
 namespace vigilo::platform {
 
@@ -21,5 +22,8 @@ public:
 
 /// The placement that fits; the view, not shown yet, and the screen outlive it.
 std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen);
+
+/// Whether the window is one that was placed as a cover; none is no cover.
+bool isCover(const QWindow* window);
 
 } // namespace vigilo::platform

@@ -12,10 +12,6 @@ FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen) : vi
     view_.setGeometry(screen.geometry());
 }
 
-FullScreenPlacement::~FullScreenPlacement() {
-    QObject::disconnect(focusChange_);
-}
-
 void FullScreenPlacement::show() {
     view_.showFullScreen();
     view_.raise();
@@ -23,14 +19,12 @@ void FullScreenPlacement::show() {
 
 void FullScreenPlacement::takeKeyboard() {
     view_.requestActivate();
-    QObject::disconnect(focusChange_);
-    focusChange_ = QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &view_,
-                                    [this](QWindow* focused) {
-                                        if (focused == nullptr) {
-                                            view_.raise();
-                                            view_.requestActivate();
-                                        }
-                                    });
+    focusKeeper_.emplace([] { return isCover(QGuiApplication::focusWindow()); },
+                         [this] {
+                             view_.raise();
+                             view_.requestActivate();
+                         });
+    overview_.emplace();
 }
 
 } // namespace vigilo::platform

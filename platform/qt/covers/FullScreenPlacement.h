@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/FocusKeeper.h"
+#include "platform/qt/covers/GnomeOverview.h"
 
-#include <QMetaObject>
+#include <optional>
 
 namespace vigilo::platform {
 
@@ -11,14 +13,14 @@ namespace vigilo::platform {
 class FullScreenPlacement : public CoverPlacement {
 public:
     FullScreenPlacement(QQuickView& view, QScreen& screen);
-    ~FullScreenPlacement() override;
 
     void show() override;
     void takeKeyboard() override;
 
 private:
     QQuickView& view_;
-    QMetaObject::Connection focusChange_;
+    std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard, as is the next
+    std::optional<GnomeOverview> overview_;
 };
 
 } // namespace vigilo::platform

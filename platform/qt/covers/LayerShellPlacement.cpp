@@ -2,7 +2,6 @@
 
 #include "platform/qt/covers/LayerShell.h"
 
-#include <chrono>
 #include <utility>
 
 #include <QGuiApplication>
@@ -18,11 +17,6 @@
 namespace vigilo::platform {
 
 namespace {
-
-using namespace std::chrono_literals;
-
-// A change of focus between two windows passes through none.
-constexpr auto regainPause = 50ms;
 
 // Values of the protocol.
 constexpr std::uint32_t overlayLayer = 3;
@@ -50,20 +44,9 @@ std::unique_ptr<CoverPlacement> LayerShellPlacement::make(QQuickView& view, QScr
 }
 
 LayerShellPlacement::LayerShellPlacement(QQuickView& view, std::shared_ptr<LayerShell> shell)
-    : view_(view), shell_(std::move(shell)) {
-    regainTimer_.setSingleShot(true);
-    regainTimer_.setInterval(regainPause);
-    QObject::connect(&regainTimer_, &QTimer::timeout, &view_, [this] {
-        if (QGuiApplication::focusWindow() == nullptr) {
-            // Only a change makes the compositor look at it again.
-            setKeyboard(noKeyboard);
-            setKeyboard(exclusiveKeyboard);
-        }
-    });
-}
+    : view_(view), shell_(std::move(shell)) {}
 
 LayerShellPlacement::~LayerShellPlacement() {
-    QObject::disconnect(focusChange_);
     if (inhibitor_ != nullptr) {
         zwp_keyboard_shortcuts_inhibitor_v1_destroy(inhibitor_);
     }
@@ -106,13 +89,12 @@ void LayerShellPlacement::show() {
 void LayerShellPlacement::takeKeyboard() {
     setKeyboard(exclusiveKeyboard);
     inhibitShortcuts();
-    QObject::disconnect(focusChange_);
-    focusChange_ = QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &view_,
-                                    [this](const QWindow* focused) {
-                                        if (focused == nullptr) {
-                                            regainTimer_.start();
-                                        }
-                                    });
+    focusKeeper_.emplace([] { return isCover(QGuiApplication::focusWindow()); },
+                         [this] {
+                             // Only a change makes the compositor look at it again.
+                             setKeyboard(noKeyboard);
+                             setKeyboard(exclusiveKeyboard);
+                         });
 }
 
 wl_surface* LayerShellPlacement::surface() const {

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/FocusKeeper.h"
 
 #include <cstdint>
 #include <memory>
-
-#include <QMetaObject>
-#include <QTimer>
+#include <optional>
 
 struct wl_surface;
 struct zwlr_layer_surface_v1;
@@ -44,8 +43,7 @@ private:
     zwlr_layer_surface_v1* layerSurface_ = nullptr;
     zwp_keyboard_shortcuts_inhibitor_v1* inhibitor_ = nullptr;
     bool isConfigured_ = false;
-    QMetaObject::Connection focusChange_;
-    QTimer regainTimer_;
+    std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard
 };
 
 } // namespace vigilo::platform

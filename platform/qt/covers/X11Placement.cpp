@@ -54,7 +54,7 @@ void listen(xcb_window_t window, std::uint32_t events) {
 bool isCover(xcb_window_t id) {
     for (const QWindow* const window : QGuiApplication::topLevelWindows()) {
         if (window->handle() != nullptr && window->winId() == id) {
-            return window->flags().testFlag(Qt::BypassWindowManagerHint);
+            return platform::isCover(window);
         }
     }
     return false;
@@ -75,6 +75,15 @@ bool mayHide(const xcb_generic_event_t* event, xcb_window_t cover) {
     default:
         return false;
     }
+}
+
+bool losesFocus(const xcb_generic_event_t* event, xcb_window_t cover) {
+    if ((event->response_type & 0x7F) != XCB_FOCUS_OUT) {
+        return false;
+    }
+    const auto* const loss = reinterpret_cast<const xcb_focus_out_event_t*>(event);
+    return loss->event == cover &&
+           (loss->mode == XCB_NOTIFY_MODE_NORMAL || loss->mode == XCB_NOTIFY_MODE_WHILE_GRABBED);
 }
 
 } // namespace
@@ -103,14 +112,31 @@ void X11Placement::show() {
 }
 
 void X11Placement::takeKeyboard() {
+    if (XwaylandFocus::isNeeded()) {
+        waylandFocus_.emplace(connection());
+    }
     grabKeyboard();
+    focusKeeper_.emplace([this] { return hasFocus(); },
+                         [this] {
+                             if (waylandFocus_) {
+                                 waylandFocus_->moveTo(static_cast<xcb_window_t>(view_.winId()));
+                             }
+                             grabKeyboard();
+                         });
+    overview_.emplace();
 }
 
 bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (eventType == "xcb_generic_event_t" &&
-        mayHide(static_cast<const xcb_generic_event_t*>(message),
-                static_cast<xcb_window_t>(view_.winId())) &&
-        !raiseTimer_.isActive()) {
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
+    const auto cover = static_cast<xcb_window_t>(view_.winId());
+    if (focusKeeper_ && losesFocus(event, cover)) {
+        // The toolkit waits some tenths of a second, in which the keys go elsewhere.
+        focusKeeper_->lose();
+    }
+    if (mayHide(event, cover) && !raiseTimer_.isActive()) {
         if (sinceRaise_.isValid() && sinceRaise_.elapsed() < raisePause.count()) {
             raiseTimer_.start(raisePause);
         } else {
@@ -126,6 +152,11 @@ void X11Placement::raise() {
                          XCB_CONFIG_WINDOW_STACK_MODE, &above);
     xcb_flush(connection());
     sinceRaise_.start();
+}
+
+bool X11Placement::hasFocus() const {
+    return QGuiApplication::focusWindow() == &view_ &&
+           (!waylandFocus_ || waylandFocus_->isAt(static_cast<xcb_window_t>(view_.winId())));
 }
 
 void X11Placement::grabKeyboard() {

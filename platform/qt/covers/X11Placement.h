@@ -1,6 +1,11 @@
 #pragma once
 
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/FocusKeeper.h"
+#include "platform/qt/covers/GnomeOverview.h"
+#include "platform/qt/covers/XwaylandFocus.h"
+
+#include <optional>
 
 #include <QAbstractNativeEventFilter>
 #include <QElapsedTimer>
@@ -10,7 +15,8 @@ namespace vigilo::platform {
 
 /// A window that no window manager manages, raised again whenever another one is mapped or moved in
 /// the stack or hides part of it; the one with the keyboard grabs it, and tries again for as long
-/// as another program has it (an open menu, say).
+/// as another program has it (an open menu, say). It asks for the focus whenever that is lost: the
+/// X server of a Wayland session hears no key while a native window has the focus.
 class X11Placement : public CoverPlacement, public QAbstractNativeEventFilter {
 public:
     X11Placement(QQuickView& view, QScreen& screen);
@@ -24,11 +30,15 @@ public:
 private:
     void raise();
     void grabKeyboard();
+    bool hasFocus() const;
 
     QQuickView& view_;
     QTimer raiseTimer_;
     QElapsedTimer sinceRaise_;
     QTimer grabTimer_;
+    std::optional<XwaylandFocus> waylandFocus_; ///< of the one with the keyboard, as are the next
+    std::optional<FocusKeeper> focusKeeper_;
+    std::optional<GnomeOverview> overview_;
 };
 
 } // namespace vigilo::platform

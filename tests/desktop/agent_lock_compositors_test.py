@@ -1,0 +1,196 @@
+#!/usr/bin/python3
+"""The Agent Lock on Wayland compositors other than sway: what it hides on two outputs, who gets the keys,
+and what comes above it. Usage: agent_lock_compositors_test.py COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEYBOARD"""
+
+import os
+import re
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+
+from harness.actions import perform
+from harness.compositors import GnomeShell, KWin, Mutter, Weston
+from harness.processes import Processes, end, environment, wait_until
+
+COMPOSITOR = {"kwin": KWin, "mutter": Mutter, "gnome_shell": GnomeShell, "weston": Weston}[sys.argv.pop(1)]
+VIGILO, OTHER, KEYBOARD = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+MAGENTA = b"\xff\x00\xff"
+
+
+class OtherProgram:
+    """Magenta windows on every output, of a program that wants to be seen and typed to."""
+
+    def __init__(self, case, kind, platform):
+        self.process = case.processes.start(
+            [*case.compositor.own(OTHER), kind], env=case.variables | {"QT_QPA_PLATFORM": platform}, stdout=subprocess.PIPE
+        )
+        case.addCleanup(self.process.stdout.close)
+        os.set_blocking(self.process.stdout.fileno(), False)
+        self._text = b""
+
+    def lines(self):
+        self._text += self.process.stdout.read() or b""
+        return self._text.decode().splitlines()
+
+    def keys(self):
+        return [line for line in self.lines() if line.startswith("key")]
+
+
+class AgentLock(unittest.TestCase):
+    def setUp(self):
+        self.compositor = COMPOSITOR(KEYBOARD) if COMPOSITOR is KWin else COMPOSITOR()
+        self.addCleanup(self.compositor.stop)
+        self.processes = Processes()
+        self.addCleanup(self.processes.stop)
+        self.variables = environment(**self.compositor.environment)
+        service = self.processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+        self.below = OtherProgram(self, "full-screen", "wayland")
+        wait_until(lambda: self.share() > 0.9, "the desktop below")
+        wait_until(lambda: self.has_keyboard(self.below), "the keyboard of the desktop below")
+
+    def has_keyboard(self, other):
+        self.compositor.key("a")
+        return other.keys()
+
+    def lock(self, **changes):
+        variables = environment(**(self.compositor.environment | changes))
+        self.vigilo = self.processes.start([VIGILO], env=variables)
+        wait_until(lambda: self.acts("toggleProtection"), "the program")
+        self.acts("agentLock")
+        wait_until(self.is_covered, "the lock")
+        # Until what was pressed goes to the lock.
+        time.sleep(1)
+        self.keys_before = len(self.below.keys())
+
+    def acts(self, action):
+        try:
+            perform(self.compositor.bus, action)
+        except subprocess.CalledProcessError:
+            return False
+        return True
+
+    def share(self):
+        """How much of both outputs shows other programs: 0 to 1."""
+        pixels = self.compositor.pixels()
+        return sum(pixels[start : start + 3] == MAGENTA for start in range(0, len(pixels), 21)) / len(pixels) * 21
+
+    def is_covered(self):
+        """Whether not one pixel of other programs shows."""
+        pixels = self.compositor.pixels()
+        start = pixels.find(MAGENTA)
+        while start >= 0 and start % 3 != 0:
+            start = pixels.find(MAGENTA, start + 1)
+        return start < 0
+
+    def expect_the_keyboard(self):
+        """Escape leaves the prompt if there is one; Tab goes to the button that leaves the screen to the
+        system's own lock."""
+        self.compositor.key("Escape", "Tab", "Return")
+        wait_until(lambda: not self.is_covered(), "the lock to go")
+        self.assertIsNone(self.vigilo.poll())
+        self.assertEqual(self.keys_before, len(self.below.keys()))
+
+
+    def expect_platform(self, name):
+        """Which plugin of the toolkit the program runs on."""
+        with open("/proc/%d/maps" % self.vigilo.pid, encoding="utf-8") as file:
+            self.assertEqual({name}, set(re.findall(r"libq(xcb|wayland)(?:-generic)?\.so", file.read())))
+
+
+@unittest.skipIf(COMPOSITOR is Weston, "it has no means for covers that hold")
+class CoversThatHold(AgentLock):
+    def test_it_runs_where_covers_hold(self):
+        self.lock()
+        self.expect_platform("wayland" if COMPOSITOR is KWin else "xcb")
+        self.expect_the_keyboard()
+
+    def test_windows_that_come_later_neither_show_nor_get_keys(self):
+        self.lock()
+        for kind in ("normal", "full-screen"):
+            for platform in ("wayland", "xcb"):
+                with self.subTest(kind=kind, platform=platform):
+                    other = OtherProgram(self, kind, platform)
+                    wait_until(lambda: "shown" in other.lines(), "the window")
+                    for _ in range(10):
+                        self.assertTrue(self.is_covered())
+                    time.sleep(1)
+                    self.compositor.key("b", "Escape")
+                    time.sleep(0.3)
+                    self.assertEqual([], other.keys())
+                    end(other.process)
+        self.expect_the_keyboard()
+
+    def test_the_compositors_own_shortcuts_neither_uncover_it_nor_take_the_keyboard(self):
+        self.lock()
+        for keys in ("alt+F4", "super", "super+d", "ctrl+alt+Right", "ctrl+alt+Left"):
+            self.compositor.key(keys)
+            time.sleep(1)
+            # GNOME's overview shows the desktop until it is ended.
+            wait_until(self.is_covered, "the end of what these keys do: " + keys)
+        self.expect_the_keyboard()
+
+    @unittest.skipUnless(COMPOSITOR is GnomeShell, "it has no overview")
+    def test_the_overview_ends_at_once_and_gives_the_keyboard_back(self):
+        self.lock()
+        for _ in range(3):
+            self.compositor.show_overview(True)
+            wait_until(lambda: not self.compositor.has_overview() and self.is_covered(), "the end of the overview")
+        time.sleep(1)
+        self.expect_the_keyboard()
+
+
+@unittest.skipIf(COMPOSITOR is KWin, "it has layers")
+class FullScreenWindows(AgentLock):
+    """All that is left on Weston, and on the others without an X server: windows that come later show."""
+
+    def lock(self):
+        super().lock(**({} if COMPOSITOR is Weston else {"DISPLAY": None}))
+
+    def test_they_hide_the_desktop_have_the_keyboard_and_withstand_shortcuts(self):
+        self.lock()
+        self.expect_platform("wayland")
+        for keys in ("alt+F4", "super", "super+d", "ctrl+alt+Right", "ctrl+alt+Left"):
+            self.compositor.key(keys)
+            time.sleep(0.5)
+            wait_until(self.is_covered, "the end of what these keys do: " + keys)
+        time.sleep(1)
+        self.expect_the_keyboard()
+
+    def test_they_are_there_and_have_the_keyboard_when_a_later_window_has_gone(self):
+        self.lock()
+        other = OtherProgram(self, "full-screen", "wayland")
+        wait_until(lambda: "shown" in other.lines(), "the window")
+        time.sleep(0.5)
+        end(other.process)
+        wait_until(self.is_covered, "the covers")
+        time.sleep(1)
+        self.expect_the_keyboard()
+
+
+@unittest.skipUnless(COMPOSITOR is Mutter, "one is enough")
+class Choice(AgentLock):
+    def test_the_users_own_choice_of_a_platform_counts(self):
+        self.lock(QT_QPA_PLATFORM="wayland")
+        self.expect_platform("wayland")
+
+    def test_an_x_server_that_cannot_be_reached_is_done_without(self):
+        self.lock(DISPLAY=":4711")
+        with open("/proc/%d/maps" % self.vigilo.pid, encoding="utf-8") as file:
+            self.assertIn("libqwayland", file.read())
+        self.expect_the_keyboard()
+
+
+if __name__ == "__main__":
+    reason = COMPOSITOR.missing()
+    if reason:
+        print("skipped: " + reason)
+        sys.exit(77)
+    unittest.main(verbosity=2)

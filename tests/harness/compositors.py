@@ -1,0 +1,243 @@
+"""Private Wayland compositors with two outputs side by side and an X server of their own, apart from sway,
+which has a module of its own. All look the same to a test."""
+
+import glob
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+
+from .buses import SessionBus
+from .display import VirtualDisplay
+from .processes import Processes, environment, wait_until
+
+WIDTH, HEIGHT = 800, 600
+NOBODY = 65534
+X_SERVER = r"display (?P<name>:\d+)(?: with (?P<authority>\S+))?"
+
+
+class Compositor:
+    """As a context manager or with stop(). It runs as an ordinary user even for root. `environment` is
+    for clients, `bus` the SessionBus that it is on."""
+
+    programs = ()
+    command = ()
+    variables = {}
+
+    @classmethod
+    def missing(cls):
+        """Why it cannot be had here; None when it can."""
+        for program in (cls.command[0], "Xwayland", *cls.programs):
+            if not shutil.which(program):
+                return program + " is not installed"
+        return None
+
+    def __init__(self):
+        self.processes = Processes()
+        self.folder = tempfile.mkdtemp(prefix="vigilo-compositor-")
+        os.chmod(self.folder, 0o700)
+        self.log = os.path.join(self.folder, "log")
+        self.bus = SessionBus()
+        # A shell looks for services there and ends when there is no such bus.
+        self.system_bus = SessionBus()
+        try:
+            self.begin()
+        except BaseException:
+            self.stop()
+            raise
+
+    def begin(self):
+        """Starts it and waits until it is ready for clients."""
+        command = self.own(shutil.which(self.command[0]))
+        command += [word.format(folder=self.folder) for word in self.command[1:]]
+        if os.geteuid() == 0:
+            shutil.chown(self.folder, NOBODY, NOBODY)
+        changes = {
+            "DISPLAY": None, "WAYLAND_DISPLAY": None, "XAUTHORITY": None, "XDG_CURRENT_DESKTOP": None,
+            "QT_QPA_PLATFORM": None, "HOME": self.folder, "XDG_RUNTIME_DIR": self.folder,
+            "DBUS_SESSION_BUS_ADDRESS": self.bus.address, "DBUS_SYSTEM_BUS_ADDRESS": self.system_bus.address,
+        }
+        with open(self.log, "w", encoding="utf-8") as log:
+            process = self.processes.start(
+                command, env=environment(**(changes | self.variables)), stdout=log, stderr=subprocess.STDOUT
+            )
+
+        def text():
+            with open(self.log, encoding="utf-8", errors="replace") as file:
+                result = file.read()
+            if process.poll() is not None:
+                raise RuntimeError("the compositor ended: " + result)
+            return result
+
+        server = wait_until(lambda: re.search(X_SERVER, text()), "the compositor and its X server", timeout=60)
+        (display,) = [name for name in os.listdir(self.folder) if re.fullmatch(r"wayland-\w+", name)]
+        authority = server["authority"] or "".join(glob.glob(self.folder + "/.mutter-Xwaylandauth.*"))
+        self.environment = {
+            "WAYLAND_DISPLAY": display, "XDG_RUNTIME_DIR": self.folder, "XDG_SESSION_TYPE": "wayland",
+            "DISPLAY": server["name"], "XAUTHORITY": authority or None, "QT_QPA_PLATFORM": None,
+            "DBUS_SESSION_BUS_ADDRESS": self.bus.address, "DBUS_SYSTEM_BUS_ADDRESS": self.system_bus.address,
+        }
+
+    def own(self, program):
+        """A command for a copy of the program, run by the user who runs the compositor. A copy has no
+        file capabilities; one that a container does not allow would keep it from starting."""
+        copy = os.path.join(self.folder, os.path.basename(program))
+        if not os.path.exists(copy):
+            shutil.copy(program, copy)
+        if os.geteuid() != 0:
+            return [copy]
+        shutil.chown(copy, NOBODY, NOBODY)
+        return ["setpriv", "--reuid", str(NOBODY), "--regid", str(NOBODY), "--clear-groups", copy]
+
+    def pixels(self):
+        """What both outputs show, three bytes a pixel."""
+        raise NotImplementedError
+
+    def key(self, *keys):
+        """Presses keys, one after another, as xdotool names them."""
+        raise NotImplementedError
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def stop(self):
+        self.processes.stop()
+        self.system_bus.stop()
+        self.bus.stop()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class Nested(Compositor):
+    """One whose outputs are windows on a private X display: what they show is a picture of that display,
+    and its keyboard and pointer are theirs."""
+
+    programs = ("Xvfb", "xdotool", "import")
+
+    def begin(self):
+        self.display = VirtualDisplay("%dx%dx24" % (2 * WIDTH, HEIGHT))
+        self.variables = self.variables | {"DISPLAY": self.display.name}
+        super().begin()
+
+    def pixels(self):
+        return self.display.picture().split(b"255\n", 1)[1]
+
+    def key(self, *keys):
+        self.display.key(*keys)
+
+    def stop(self):
+        super().stop()
+        if hasattr(self, "display"):
+            self.display.stop()
+
+
+class Mutter(Nested):
+    """The compositor of GNOME without its shell."""
+
+    command = ("mutter", "--wayland", "--nested")
+    variables = {
+        "MUTTER_DEBUG_NUM_DUMMY_MONITORS": "2", "MUTTER_DEBUG_DUMMY_MODE_SPECS": "%dx%d" % (WIDTH, HEIGHT),
+    }
+
+
+class GnomeShell(Nested):
+    """It begins with its overview, which is ended."""
+
+    command = ("gnome-shell", "--wayland", "--nested")
+    variables = Mutter.variables | {"XDG_CURRENT_DESKTOP": "GNOME"}
+
+    def begin(self):
+        super().begin()
+        wait_until(self.has_overview, "the shell", timeout=60)
+        self.show_overview(False)
+        wait_until(lambda: not self.has_overview(), "the end of the overview")
+
+    def _properties(self, *words):
+        return subprocess.run(
+            ["busctl", "--address=" + self.bus.address, words[0], "org.gnome.Shell", "/org/gnome/Shell",
+             "org.gnome.Shell", "OverviewActive", *words[1:]],
+            check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+        ).stdout.strip()
+
+    def has_overview(self):
+        return self._properties("get-property") == "b true"
+
+    def show_overview(self, is_shown):
+        self._properties("set-property", "b", str(is_shown).lower())
+
+
+class Weston(Nested):
+    """The reference compositor."""
+
+    command = (
+        "weston", "--backend=x11-backend.so", "--use-pixman", "--output-count=2", "--width=%d" % WIDTH,
+        "--height=%d" % HEIGHT, "--xwayland", "--idle-time=0", "--socket=wayland-weston",
+    )
+
+    def begin(self):
+        super().begin()
+        # Without a window manager, the windows of the outputs lie upon each other.
+        for index, window in enumerate(wait_until(self._outputs, "the outputs")):
+            subprocess.run(
+                ["xdotool", "windowmove", window, str(index * WIDTH), "0"],
+                env=environment(DISPLAY=self.display.name), check=True,
+            )
+
+    def _outputs(self):
+        found = subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--class", "Weston Compositor"],
+            env=environment(DISPLAY=self.display.name), check=False, stdout=subprocess.PIPE, text=True,
+        ).stdout.split()
+        return found if len(found) == 2 else None
+
+
+class KWin(Compositor):
+    """The compositor of Plasma, on outputs without hardware; `keyboard` is the built virtual_keyboard."""
+
+    command = (
+        "kwin_wayland", "--virtual", "--output-count", "2", "--width", str(WIDTH), "--height", str(HEIGHT),
+        "--xwayland", "--no-lockscreen", "--no-global-shortcuts", "--no-kactivities", "{folder}/tell",
+    )
+    variables = {"KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1"}
+
+    def __init__(self, keyboard):
+        self._keyboard = keyboard
+        super().__init__()
+
+    def begin(self):
+        # It tells of its X server only to what it starts.
+        tell = os.path.join(self.folder, "tell")
+        with open(tell, "w", encoding="utf-8") as file:
+            file.write('#!/bin/sh\necho "display $DISPLAY with $XAUTHORITY"\n')
+        os.chmod(tell, 0o755)
+        # It takes keys only from a program whose file it can see.
+        self._keyboard = self.own(self._keyboard)
+        super().begin()
+
+    def pixels(self):
+        import dbus  # only where it is needed
+
+        connection = dbus.bus.BusConnection(self.bus.address)
+        reader, writer = os.pipe()
+        with os.fdopen(reader, "rb") as pictures:
+            try:
+                shots = connection.get_object("org.kde.KWin", "/org/kde/KWin/ScreenShot2", introspect=False)
+                answer = shots.CaptureWorkspace(
+                    dbus.Dictionary({}, signature="sv"), dbus.types.UnixFd(writer),
+                    dbus_interface="org.kde.KWin.ScreenShot2",
+                )
+            finally:
+                os.close(writer)
+                connection.close()
+            data = pictures.read()
+        assert len(data) == int(answer["stride"]) * int(answer["height"])
+        # Blue, green, red and nothing, or the same with opacity.
+        result = bytearray(len(data) // 4 * 3)
+        result[0::3], result[1::3], result[2::3] = data[2::4], data[1::4], data[0::4]
+        return bytes(result)
+
+    def key(self, *keys):
+        subprocess.run([*self._keyboard, *keys], env=environment(**self.environment), check=True)

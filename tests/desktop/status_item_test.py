@@ -40,6 +40,13 @@ class WithXfcePanel(PanelTest):
             self.assertGreater(len(set(pixels)), 2)
         self.assertEqual({int(width) for width, _, _ in item["IconPixmap"]}, {16, 22, 24, 32, 36, 44, 48, 64})
 
+    def test_a_panel_gets_pixels_alone_where_the_icons_are_not_installed(self):
+        self.panel.start()
+        self.start(XDG_DATA_DIRS="/usr/share")
+        item = self.item.properties()
+        self.assertEqual(item["IconName"], "")
+        self.assertEqual(len(item["IconPixmap"]), 8)
+
     def test_the_panel_shows_it_and_its_menu(self):
         self.panel.start()
         self.start()

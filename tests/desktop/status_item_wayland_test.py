@@ -78,7 +78,7 @@ class StatusItemOnWayland(unittest.TestCase):
         menu = self.item.menu()
         menu.click("Keep Mac Awake")
         wait_until(lambda: menu.titles()[0] == "Mac is staying awake", "the session")
-        self.assertEqual(self.item.properties()["IconName"], "vigilo-on-symbolic")
+        self.assertEqual(self.item.properties()["IconAccessibleDesc"], "Vigilo protection on")
         bar.kill()
         bar.wait()
         wait_until(lambda: not self.item.registered(), "the bar's end")

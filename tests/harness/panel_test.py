@@ -8,7 +8,7 @@ import unittest
 from .agents import Agents
 from .buses import SessionBus
 from .display import VirtualDisplay, windows_named
-from .panels import StatusItem
+from .panels import StatusItem, icon_theme
 from .processes import Processes, environment, wait_until
 
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
@@ -33,6 +33,7 @@ class PanelTest(unittest.TestCase):
         self.bus = self.enter(SessionBus())
         self.processes = self.enter(Processes())
         self.config = os.path.join(self.bus.folder, "config")
+        self.data_folders = icon_theme(os.path.join(self.bus.folder, "share"))
         self.item = StatusItem(self.bus.address)
         self.start_power_service()
 
@@ -44,7 +45,7 @@ class PanelTest(unittest.TestCase):
     def environment(self, **changes):
         variables = {
             "DISPLAY": self.display.name, "WAYLAND_DISPLAY": None, "DBUS_SESSION_BUS_ADDRESS": self.bus.address,
-            "XDG_CONFIG_HOME": self.config,
+            "XDG_CONFIG_HOME": self.config, "XDG_DATA_DIRS": self.data_folders,
         }
         return environment(**(variables | changes))
 

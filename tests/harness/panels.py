@@ -1,6 +1,7 @@
 """Real panels that show status items, and what can be read of an item over the session bus."""
 
 import os
+import shutil
 import subprocess
 import time
 
@@ -11,6 +12,7 @@ from .processes import environment, wait_until
 HERE = os.path.dirname(os.path.abspath(__file__))
 WATCHER = "org.kde.StatusNotifierWatcher"
 PROPERTIES = "org.freedesktop.DBus.Properties"
+ICONS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../packaging/icons")
 XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
@@ -33,6 +35,15 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
   </property>
 </channel>
 """
+
+
+def icon_theme(folder):
+    """Installs the program's icons for panels in a folder, and returns what XDG_DATA_DIRS has to be."""
+    icons = os.path.join(folder, "icons/hicolor/symbolic/apps")
+    os.makedirs(icons)
+    for state in ("on", "off"):
+        shutil.copy(os.path.join(ICONS, "vigilo-%s-symbolic.svg" % state), icons)
+    return folder + ":/usr/local/share:/usr/share"
 
 
 class XfcePanel:

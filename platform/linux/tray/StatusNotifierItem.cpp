@@ -4,6 +4,7 @@
 
 #include <QDBusMessage>
 #include <QLatin1StringView>
+#include <QStandardPaths>
 
 namespace vigilo::platform {
 
@@ -53,6 +54,16 @@ void StatusNotifierItem::send(const QString& signal) {
 
 StatusNotifierAdaptor::StatusNotifierAdaptor(StatusNotifierItem& item)
     : QDBusAbstractAdaptor(&item), item_(item) {}
+
+QString StatusNotifierAdaptor::iconName() const {
+    // The panels of LXQt and MATE draw a placeholder for a name that they do not find, and no
+    // pixmap.
+    const QString& name = item_.icon().name;
+    const QString file = "icons/hicolor/symbolic/apps/" + name + ".svg";
+    const bool isInstalled =
+        !QStandardPaths::locate(QStandardPaths::GenericDataLocation, file).isEmpty();
+    return isInstalled ? name : QString();
+}
 
 StatusToolTip StatusNotifierAdaptor::toolTip() const {
     return {.iconName = {}, .pixmaps = {}, .title = item_.toolTip(), .text = {}};

@@ -25,8 +25,8 @@ public:
     };
 
     struct Icon {
-        QString name; ///< in the icon theme
-        /// For panels whose theme does not have it; drawn when one asks.
+        QString name; ///< in the icon theme; told only where this program's icons are installed
+        /// For all other panels; drawn when one asks.
         std::function<StatusPixmaps()> pixmaps = [] { return StatusPixmaps(); };
         QString accessibilityDescription;
     };
@@ -88,7 +88,7 @@ public:
     static QString none() { return {}; }
     static StatusPixmaps noPixmaps() { return {}; }
     static bool itemIsMenu() { return false; }
-    QString iconName() const { return item_.icon().name; }
+    QString iconName() const;
     StatusPixmaps iconPixmap() const { return item_.icon().pixmaps(); }
     QString iconAccessibleDesc() const { return item_.icon().accessibilityDescription; }
     StatusToolTip toolTip() const;

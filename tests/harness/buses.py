@@ -44,7 +44,11 @@ SYSTEM_BUS = """<busconfig>
     <allow receive_type="signal"/>
     <allow send_destination="org.freedesktop.DBus"/>
   </policy>
-  <policy user="root"><allow own="org.freedesktop.systemd1"/></policy>
+  <policy user="root">
+    <allow own="org.freedesktop.systemd1"/>
+    <allow own="org.gnome.DisplayManager"/>
+  </policy>
+  <policy context="default"><allow send_destination="org.gnome.DisplayManager"/></policy>
   <includedir>/usr/share/dbus-1/system.d</includedir>
   <includedir>/etc/dbus-1/system.d</includedir>
 </busconfig>
@@ -187,6 +191,13 @@ class SystemBus(_Bus):
         wait_until(lambda: _text(session_log).endswith("\n"), "the session")
         self.session_id = _text(session_log).strip()
 
+    def start_display_manager(self):
+        """What GNOME's shell looks for before it has a lock screen."""
+        self.processes.start(
+            ["/usr/bin/python3", os.path.join(HERE, "display_manager.py"), self._lifetime], env=self._environment
+        )
+        wait_until(lambda: self.has("org.gnome.DisplayManager"), "the display manager")
+
     def start_logind(self):
         """Starts logind, again after it was stopped."""
         script = """set -e
@@ -222,6 +233,17 @@ class SystemBus(_Bus):
             env=self._environment, check=True,
         )
 
+    def is_locked(self):
+        """Whether the desktop has told logind that it has locked the session."""
+        answer = subprocess.run(
+            [
+                "busctl", "--system", "get-property", "org.freedesktop.login1",
+                "/org/freedesktop/login1/session/" + self.session_id, "org.freedesktop.login1.Session", "LockedHint",
+            ],
+            env=self._environment, check=True, stdout=subprocess.PIPE, text=True,
+        ).stdout.strip()
+        return answer == "b true"
+
     def announce_sleep(self, begins):
         """Sends the signal with which logind announces a suspend or the waking from it."""
         subprocess.run(
@@ -254,6 +276,14 @@ class SystemBus(_Bus):
     def locking_desktop(self):
         """A desktop that locks the session when logind asks it to."""
         return _LockingDesktop(self._path("desktop.log"), self.session_id, self._environment)
+
+    def has(self, name):
+        """Whether somebody owns a name on this bus."""
+        rows = subprocess.run(
+            ["busctl", "--system", "list", "--no-legend"], env=self._environment, check=True,
+            stdout=subprocess.PIPE, text=True,
+        ).stdout.splitlines()
+        return any(row.split()[0] == name for row in rows)
 
     def listens(self, pid):
         """Whether a process is on this bus."""

@@ -95,6 +95,27 @@ class Watcher:
         self.process.stdin.close()
 
 
+class EmbeddedItem:
+    """The status item in the tray of a panel that speaks the X11 protocol; it is named for its tooltip."""
+
+    def __init__(self, display):
+        self._environment = environment(DISPLAY=display.name)
+
+    def _xdotool(self, *words):
+        return subprocess.run(
+            ["xdotool", *words], env=self._environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+            text=True, check=False,
+        ).stdout.split()
+
+    def box(self, words):
+        """Left, top, width and height of the one whose tooltip contains these words; None without one."""
+        for number in self._xdotool("search", "--onlyvisible", "--name", words):
+            values = dict(line.split("=") for line in self._xdotool("getwindowgeometry", "--shell", number))
+            if values:
+                return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+        return None
+
+
 class StatusItem:
     """The one status item that a panel of a session bus hosts, as the panel sees it."""
 
@@ -110,9 +131,16 @@ class StatusItem:
             return []
         try:
             properties = self._object(WATCHER, "/StatusNotifierWatcher", PROPERTIES)
-            return [str(item) for item in properties.Get(WATCHER, "RegisteredStatusNotifierItems")]
+            items = properties.Get(WATCHER, "RegisteredStatusNotifierItems")
+            # One watcher writes an @ between the name and the path, which others do without.
+            return [str(item).replace("@/", "/") for item in items]
         except dbus.DBusException:
             return []  # it has just ended
+
+    def is_hosted(self):
+        """Whether any panel is there to show it."""
+        properties = self._object(WATCHER, "/StatusNotifierWatcher", PROPERTIES)
+        return bool(properties.Get(WATCHER, "IsStatusNotifierHostRegistered"))
 
     def wait_for(self):
         return wait_until(self.registered, "the status item")[0]

@@ -26,6 +26,15 @@ class Picture:
         ).stdout
         return Picture(ppm, scale)
 
+    @property
+    def size(self):
+        """Width and height in pixels."""
+        return self._width, self._height
+
+    def differs(self, other):
+        """Whether any pixel is another than in a picture of the same size."""
+        return self._pixels != other._pixels
+
     def _pixel(self, column, row):
         start = (row * self._width + column) * 3
         return tuple(self._pixels[start : start + 3])

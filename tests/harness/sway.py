@@ -6,6 +6,7 @@ import shutil
 import subprocess
 import tempfile
 
+from .owner import NAME
 from .processes import Processes, environment, wait_until
 
 CONFIGURATION = """
@@ -15,22 +16,26 @@ output * bg #ff00ff solid_color
 
 
 class Sway:
-    """As a context manager or with stop(). It refuses to run for root and gets an ordinary user then."""
+    """As a context manager or with stop(). It refuses to run for root and gets an ordinary user then: the
+    owner of the `room` that it is started in, or else nobody."""
 
     @staticmethod
     def missing():
         """Why it cannot be had here; None when it can."""
         return None if shutil.which("sway") else "sway is not installed"
 
-    def __init__(self, outputs=1, settings="", **variables):
-        self.folder = tempfile.mkdtemp(prefix="vigilo-sway-")
+    def __init__(self, outputs=1, settings="", room=None, **variables):
+        self.folder = tempfile.mkdtemp(prefix="sway-", dir=room.home) if room else tempfile.mkdtemp(prefix="vigilo-sway-")
         os.chmod(self.folder, 0o700)
         self.processes = Processes()
         configuration = os.path.join(self.folder, "config")
         with open(configuration, "w", encoding="utf-8") as file:
             file.write(CONFIGURATION + settings)
         command = ["sway", "-c", configuration]
-        if os.geteuid() == 0:
+        if room:
+            shutil.chown(self.folder, NAME)
+            command = room.command(*command)
+        elif os.geteuid() == 0:
             shutil.chown(self.folder, 65534, 65534)
             command = ["setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", *command]
         self._socket = os.path.join(self.folder, "ipc")
@@ -47,6 +52,7 @@ class Sway:
         except BaseException:
             self.stop()
             raise
+        self.socket = os.path.join(self.folder, self._displays()[0])
         # For the clients; ones that run as root reach the folder, too.
         self.environment = {
             "WAYLAND_DISPLAY": self._displays()[0], "XDG_RUNTIME_DIR": self.folder, "DISPLAY": None,

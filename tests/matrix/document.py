@@ -60,6 +60,9 @@ def document(results):
         if "skipped" in result:
             lines.append("| %s | not run: %s |" % (title, result["skipped"]) + " |" * (len(CAPABILITIES) - 1))
             continue
+        if set(result["findings"]) != set(CAPABILITIES):
+            lines.append("| %s | ✗ it could not be started" % title + " |" * len(CAPABILITIES))
+            continue
         cells = ["%s %s" % (MARKS[outcome], " ".join(words.replace("|", "/").split())) for outcome, words in result["findings"].values()]
         lines.append("| " + " | ".join([title, *cells]) + " |")
         pictures += ["", "### " + title, "", "![Vigilo in %s](pictures/desktops/%s.png)" % (kind.title, name)]

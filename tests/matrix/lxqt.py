@@ -44,4 +44,7 @@ class Lxqt(X11Environment):
 
     def end_system_lock(self):
         super().end_system_lock()
-        self.room.run("xscreensaver-command", "-exit")
+        # The parts of XScreenSaver; they restart each other.
+        for name in ("xscreensaver", "xscreensaver-gfx", "xscreensaver-auth"):
+            for pid in self.room.pids(name):
+                self.room.run("kill", "-KILL", str(pid))

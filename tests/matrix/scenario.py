@@ -95,7 +95,7 @@ class Scenario:
             environment.type(PASSWORD)
             environment.key("Return")
             try:
-                wait_until(environment.shows_pattern, "the lock screen to go", 20)
+                wait_until(environment.shows_pattern, "the lock screen to go", 45)
                 break
             except TimeoutError:
                 if attempt == 2:

@@ -33,6 +33,9 @@ SESSION_BUS = """<busconfig>
 ENTRANCE = """set -e
 mount --make-rprivate /
 mount --bind "$0/shadow" /etc/shadow
+# Session managers name their sockets for their process ids, which are the same in every room.
+mkdir -p /tmp/.ICE-unix
+mount -t tmpfs -o mode=1777 none /tmp/.ICE-unix
 exec sleep infinity"""
 
 # Its arguments, in a process namespace with its own /proc, whose first process takes care of orphans.

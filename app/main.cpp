@@ -23,6 +23,7 @@
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/StartupNotification.h"
 #include "platform/qt/tray/QtStatusBar.h"
 
 #include <csignal>
@@ -57,7 +58,7 @@ int runApplication(char* programName) {
     platform::SessionBus sessionBus(runLoop);
     platform::AppearanceQuestion appearanceQuestion(sessionBus.connection());
     platform::ApplicationService service(sessionBus);
-    switch (service.claim()) {
+    switch (service.claim(applicationObject.startupId())) {
     case platform::ApplicationService::Claim::first:
         break;
     case platform::ApplicationService::Claim::passedOn:
@@ -107,10 +108,14 @@ int runApplication(char* programName) {
             launched->applicationDidFinishLaunching();
         }
     });
+    const auto take = [](const platform::ApplicationService::Activation& activation) {
+        platform::QtApplication::useActivationToken(activation.token);
+        platform::endStartupNotification(activation.startupId);
+    };
     service.serve({
         .onActivate =
-            [&](const std::string& activationToken) {
-                platform::QtApplication::useActivationToken(activationToken);
+            [&, take](const platform::ApplicationService::Activation& activation) {
+                take(activation);
                 runLoop.post([&] {
                     if (delegate->applicationShouldHandleReopen(
                             qtApplication.hasVisibleWindows())) {
@@ -120,8 +125,9 @@ int runApplication(char* programName) {
                 });
             },
         .onAction =
-            [&](const std::string& action, const std::string& activationToken) {
-                platform::QtApplication::useActivationToken(activationToken);
+            [&, take](const std::string& action,
+                      const platform::ApplicationService::Activation& activation) {
+                take(activation);
                 runLoop.post([&, action] { delegate->performAction(action); });
             },
     });

@@ -90,7 +90,8 @@ std::string platform() {
 } // namespace
 
 ApplicationObject::ApplicationObject(char* programName)
-    : platform_(platform()), arguments_{programName} {
+    : startupId_(qEnvironmentVariable("DESKTOP_STARTUP_ID").toStdString()),
+      platform_(platform()), arguments_{programName} {
     if (!platform_.empty()) {
         arguments_[1] = platformSwitch_.data();
         arguments_[2] = platform_.data();

@@ -25,10 +25,15 @@ public:
     /// it before any window is made.
     static void scale(double textScale);
 
+    /// By which the desktop knows that this start goes on, where it waits for its end; else empty.
+    /// The toolkit takes it out of the environment.
+    const std::string& startupId() const { return startupId_; }
+
     /// Runs the event loop until the program is asked to end; returns the exit status.
     int run();
 
 private:
+    std::string startupId_;
     // The toolkit keeps references to all of these.
     std::string platformSwitch_ = "-platform";
     std::string platform_;

@@ -2,6 +2,9 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string_view>
+
+#include <xcb/xcb.h>
 
 namespace vigilo::platform {
 
@@ -12,5 +15,8 @@ struct FreeXcbReply {
 /// What the X server has answered; null when it has answered with an error.
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
+
+/// The server's number of a name; XCB_ATOM_NONE when it does not answer. Waits for the server.
+xcb_atom_t xcbAtom(xcb_connection_t* server, std::string_view name);
 
 } // namespace vigilo::platform

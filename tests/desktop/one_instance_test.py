@@ -59,15 +59,42 @@ class OneInstance(unittest.TestCase):
         wait_until(self.windows, "the window")
         self.assertIsNone(self.first.poll())
 
+    def test_the_desktop_hears_that_a_second_start_is_over(self):
+        log = os.path.join(self.bus.folder, "events")
+        with open(log, "w", encoding="utf-8") as out:
+            self.processes.start(["stdbuf", "-oL", "xev", "-root", "-event", "property"], env=self.variables, stdout=out)
+
+        def heard(word):
+            with open(log, encoding="utf-8") as file:
+                return file.read().count(word)
+
+        def listens():
+            subprocess.run(["xprop", "-root", "-f", "PING", "8s", "-set", "PING", ""], env=self.variables, check=True)
+            return heard("PING")
+
+        wait_until(listens, "somebody who listens")
+        self.variables["DESKTOP_STARTUP_ID"] = "desktop-1-a \"test\"_TIME1"
+        self.assertEqual(self.start_again().returncode, 0)
+        # Forty bytes, the zero at the end among them, in pieces of twenty.
+        wait_until(lambda: heard("(_NET_STARTUP_INFO") == 2, "the message")
+
     @unittest.skipUnless(shutil.which("openbox"), "openbox is not installed")
     def test_a_second_start_brings_a_window_behind_others_to_the_front(self):
         self.processes.start(["openbox"], env=self.variables)
+        wait_until(self.has_window_manager, "the window manager")
         # Another program's window: one of ours that is on a bus of its own, which is none.
         nowhere = self.variables | {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
         self.processes.start([VIGILO], env=nowhere)
         wait_until(lambda: self.active_window() not in (None, self.window), "the other window")
         self.assertEqual(self.start_again().returncode, 0)
         wait_until(lambda: self.active_window() == self.window, "the window in front")
+
+    def has_window_manager(self):
+        answer = subprocess.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
+            env=self.variables, stdout=subprocess.PIPE, text=True, check=False,
+        ).stdout
+        return "window id" in answer
 
     def active_window(self):
         answer = subprocess.run(

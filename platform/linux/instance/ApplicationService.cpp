@@ -15,18 +15,24 @@ constexpr auto objectPath = "/io/github/vigilo/Vigilo";
 constexpr auto interfaceName = "org.freedesktop.Application";
 constexpr int answerLimit = 2000; // milliseconds
 
-std::string token(const QVariantMap& platformData) {
-    return platformData.value(QStringLiteral("activation-token")).toString().toStdString();
+constexpr auto tokenKey = "activation-token";
+constexpr auto startupIdKey = "desktop-startup-id";
+
+ApplicationService::Activation activation(const QVariantMap& platformData) {
+    const auto text = [&](const char* key) {
+        return platformData.value(QString::fromLatin1(key)).toString().toStdString();
+    };
+    return {.token = text(tokenKey), .startupId = text(startupIdKey)};
 }
 
 /// What the desktop gave this program to come forward with.
-QVariantMap ownPlatformData() {
+QVariantMap ownPlatformData(const std::string& startupId) {
     QVariantMap data;
-    for (const auto& [key, variable] : {std::pair{"activation-token", "XDG_ACTIVATION_TOKEN"},
-                                        {"desktop-startup-id", "DESKTOP_STARTUP_ID"}}) {
-        if (qEnvironmentVariableIsSet(variable)) {
-            data.insert(QString::fromLatin1(key), qEnvironmentVariable(variable));
-        }
+    if (qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN")) {
+        data.insert(QString::fromLatin1(tokenKey), qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
+    }
+    if (!startupId.empty()) {
+        data.insert(QString::fromLatin1(startupIdKey), QString::fromStdString(startupId));
     }
     return data;
 }
@@ -37,7 +43,7 @@ ApplicationService::ApplicationService(SessionBus& bus) : bus_(bus) {
     new ApplicationAdaptor(*this);
 }
 
-ApplicationService::Claim ApplicationService::claim() {
+ApplicationService::Claim ApplicationService::claim(const std::string& startupId) {
     if (!bus_.connection().isConnected() || takeName()) {
         connect(&bus_, &SessionBus::changed, this, &ApplicationService::busChanged);
         return Claim::first;
@@ -45,7 +51,7 @@ ApplicationService::Claim ApplicationService::claim() {
     QDBusMessage activation = QDBusMessage::createMethodCall(
         QString::fromLatin1(applicationId), QString::fromLatin1(objectPath),
         QString::fromLatin1(interfaceName), QStringLiteral("Activate"));
-    activation << ownPlatformData();
+    activation << ownPlatformData(startupId);
     activation.setAutoStartService(false);
     const QDBusMessage answer = bus_.connection().call(activation, QDBus::Block, answerLimit);
     return answer.type() == QDBusMessage::ReplyMessage ? Claim::passedOn : Claim::doesNotAnswer;
@@ -71,14 +77,14 @@ void ApplicationService::serve(Requests requests) {
 
 void ApplicationService::activate(const QVariantMap& platformData) const {
     if (requests_.onActivate) {
-        requests_.onActivate(token(platformData));
+        requests_.onActivate(activation(platformData));
     }
 }
 
 void ApplicationService::activateAction(const QString& action,
                                         const QVariantMap& platformData) const {
     if (requests_.onAction) {
-        requests_.onAction(action.toStdString(), token(platformData));
+        requests_.onAction(action.toStdString(), activation(platformData));
     }
 }
 

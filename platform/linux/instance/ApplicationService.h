@@ -22,11 +22,16 @@ class ApplicationService : public QObject {
     Q_OBJECT
 
 public:
-    /// What others may ask for; called from the event loop. The token, possibly empty, lets a
-    /// window come to the front on Wayland.
+    /// What comes with a request; both may be empty.
+    struct Activation {
+        std::string token;     ///< lets a window come to the front on Wayland
+        std::string startupId; ///< on X11; its desktop waits for the end of this start
+    };
+
+    /// What others may ask for; called from the event loop.
     struct Requests {
-        std::function<void(const std::string& activationToken)> onActivate;
-        std::function<void(const std::string& action, const std::string& activationToken)> onAction;
+        std::function<void(const Activation&)> onActivate;
+        std::function<void(const std::string& action, const Activation&)> onAction;
     };
 
     enum class Claim {
@@ -39,8 +44,8 @@ public:
     explicit ApplicationService(SessionBus& bus);
 
     /// Becomes the one instance, or asks the one that runs to come forward with the activation
-    /// token that this program was started with.
-    Claim claim();
+    /// token and the startup id that this program was started with.
+    Claim claim(const std::string& startupId);
 
     /// From now on requests are served.
     void serve(Requests requests);

@@ -22,11 +22,7 @@ xcb_connection_t* connection() {
 }
 
 xcb_atom_t atom(std::string_view name) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        connection(),
-        xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    return xcbAtom(connection(), name);
 }
 
 const xcb_screen_t& screen() {

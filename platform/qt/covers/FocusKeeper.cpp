@@ -29,9 +29,9 @@ FocusKeeper::FocusKeeper(std::function<bool()> hasFocus, std::function<void()> r
         }
         regain_();
         pause_ = std::min(2 * pause_, longestPause);
-        // What has the focus by the toolkit's word, though not by every measure, is left in peace
-        // then.
-        if (pause_ < longestPause || QGuiApplication::focusWindow() == nullptr) {
+        // A cover that has the focus by the toolkit's word, though not by every measure, is left in
+        // peace then.
+        if (pause_ < longestPause || !isCover(QGuiApplication::focusWindow())) {
             timer_.start(pause_);
         }
     });

@@ -8,8 +8,7 @@
 
 namespace vigilo::platform {
 
-/// Gets the focus back whenever no window of the program has it any more, for as long as this
-/// lives. Main thread.
+/// Gets the focus back whenever a cover loses it, for as long as this lives. Main thread.
 class FocusKeeper {
 public:
     /// `regain` asks the display server for the focus; it is called when `hasFocus` says no, at

@@ -56,6 +56,17 @@ class VirtualDisplay:
             stdout=subprocess.PIPE,
         ).stdout
 
+    def is_composited(self):
+        """Whether a program has taken over the drawing of the windows."""
+        library = ctypes.CDLL("libX11.so.6")
+        library.XOpenDisplay.restype = ctypes.c_void_p
+        library.XInternAtom.restype = library.XGetSelectionOwner.restype = ctypes.c_ulong
+        server = ctypes.c_void_p(library.XOpenDisplay(self.name.encode()))
+        name = ctypes.c_ulong(library.XInternAtom(server, b"_NET_WM_CM_S0", 0))
+        owner = library.XGetSelectionOwner(server, name)
+        library.XCloseDisplay(server)
+        return owner != 0
+
     def settle(self, quiet=0.4, timeout=10):
         """Waits until the screen has not changed for a moment; both times in seconds."""
         before, since = self.picture(), time.monotonic()

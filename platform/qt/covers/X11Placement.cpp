@@ -1,10 +1,10 @@
 #include "platform/qt/covers/X11Placement.h"
 
 #include "platform/Fatal.h"
+#include "platform/qt/XcbReply.h"
 
 #include <chrono>
-#include <cstdlib>
-#include <memory>
+#include <cstdint>
 
 #include <QGuiApplication>
 #include <QQuickView>
@@ -22,11 +22,9 @@ using namespace std::chrono_literals;
 constexpr auto raisePause = 10ms;
 constexpr auto grabPause = 100ms;
 
-struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
+// A compositor keeps its own list of what stands where, and is busy when windows come.
+constexpr auto firstReminder = 100ms;
+constexpr auto lastReminder = 800ms;
 
 xcb_connection_t* connection() {
     const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -40,11 +38,19 @@ xcb_window_t rootWindow() {
     return xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;
 }
 
+/// Asks compositors to go on drawing the window with all others, which some do not for one that
+/// fills a display: Mutter then loses track of which is on top when several come and go.
+void keepComposited(xcb_window_t window) {
+    const std::uint32_t never = 2;
+    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window,
+                        xcbAtom(connection(), "_NET_WM_BYPASS_COMPOSITOR"), XCB_ATOM_CARDINAL, 32,
+                        1, &never);
+}
+
 /// Adds to what we hear of a window; the toolkit's own choice stays.
 void listen(xcb_window_t window, std::uint32_t events) {
-    const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection(),
-                                        xcb_get_window_attributes(connection(), window), nullptr));
+    const XcbReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        connection(), xcb_get_window_attributes(connection(), window), nullptr));
     if (attributes) {
         const std::uint32_t mask = attributes->your_event_mask | events;
         xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &mask);
@@ -60,13 +66,23 @@ bool isCover(xcb_window_t id) {
     return false;
 }
 
-/// Whether the event says that something may stand above the cover now.
-bool mayHide(const xcb_generic_event_t* event, xcb_window_t cover) {
+/// Whether the event says that something may stand above the cover now, or that the cover is no
+/// longer where it was put.
+bool mayUncover(const xcb_generic_event_t* event, xcb_window_t cover, const QRect& frame) {
     switch (event->response_type & 0x7F) {
     case XCB_MAP_NOTIFY:
         return !isCover(reinterpret_cast<const xcb_map_notify_event_t*>(event)->window);
-    case XCB_CONFIGURE_NOTIFY:
-        return !isCover(reinterpret_cast<const xcb_configure_notify_event_t*>(event)->window);
+    case XCB_UNMAP_NOTIFY:
+        return reinterpret_cast<const xcb_unmap_notify_event_t*>(event)->window == cover;
+    case XCB_CONFIGURE_NOTIFY: {
+        const auto* const change = reinterpret_cast<const xcb_configure_notify_event_t*>(event);
+        const int borders = 2 * change->border_width;
+        const QRect place(change->x, change->y, change->width + borders, change->height + borders);
+        return change->window == cover ? place != frame
+                                       : place.intersects(frame) && !isCover(change->window);
+    }
+    case XCB_CIRCULATE_NOTIFY:
+        return true;
     case XCB_VISIBILITY_NOTIFY: {
         const auto* const visibility =
             reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
@@ -82,7 +98,8 @@ bool losesFocus(const xcb_generic_event_t* event, xcb_window_t cover) {
         return false;
     }
     const auto* const loss = reinterpret_cast<const xcb_focus_out_event_t*>(event);
-    return loss->event == cover &&
+    return loss->event == cover && loss->detail != XCB_NOTIFY_DETAIL_POINTER &&
+           loss->detail != XCB_NOTIFY_DETAIL_INFERIOR &&
            (loss->mode == XCB_NOTIFY_MODE_NORMAL || loss->mode == XCB_NOTIFY_MODE_WHILE_GRABBED);
 }
 
@@ -93,22 +110,32 @@ X11Placement::X11Placement(QQuickView& view, QScreen& screen) : view_(view) {
     view_.setScreen(&screen);
     view_.setGeometry(screen.geometry());
     raiseTimer_.setSingleShot(true);
-    QObject::connect(&raiseTimer_, &QTimer::timeout, &view_, [this] { raise(); });
+    QObject::connect(&raiseTimer_, &QTimer::timeout, &view_, [this] { putOnTop(); });
+    reminderTimer_.setSingleShot(true);
+    QObject::connect(&reminderTimer_, &QTimer::timeout, &view_, [this] { remindCompositor(); });
     grabTimer_.setSingleShot(true);
     QObject::connect(&grabTimer_, &QTimer::timeout, &view_, [this] { grabKeyboard(); });
 }
 
 X11Placement::~X11Placement() {
     qGuiApp->removeNativeEventFilter(this);
+    if (marker_ != XCB_NONE) {
+        xcb_destroy_window(connection(), marker_);
+    }
 }
 
 void X11Placement::show() {
     view_.create();
+    window_ = static_cast<xcb_window_t>(view_.winId());
     listen(rootWindow(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    listen(static_cast<xcb_window_t>(view_.winId()), XCB_EVENT_MASK_VISIBILITY_CHANGE);
+    listen(window_, XCB_EVENT_MASK_VISIBILITY_CHANGE);
+    keepComposited(window_);
+    paintGround();
+    readFrame();
+    makeMarker();
     qGuiApp->installNativeEventFilter(this);
     view_.show();
-    raise();
+    putOnTop();
 }
 
 void X11Placement::takeKeyboard() {
@@ -119,7 +146,7 @@ void X11Placement::takeKeyboard() {
     focusKeeper_.emplace([this] { return hasFocus(); },
                          [this] {
                              if (waylandFocus_) {
-                                 waylandFocus_->moveTo(static_cast<xcb_window_t>(view_.winId()));
+                                 waylandFocus_->moveTo(window_);
                              }
                              grabKeyboard();
                          });
@@ -131,43 +158,98 @@ bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message,
         return false;
     }
     const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    const auto cover = static_cast<xcb_window_t>(view_.winId());
-    if (focusKeeper_ && losesFocus(event, cover)) {
+    if (focusKeeper_ && losesFocus(event, window_)) {
         // The toolkit waits some tenths of a second, in which the keys go elsewhere.
         focusKeeper_->lose();
     }
-    if (mayHide(event, cover) && !raiseTimer_.isActive()) {
+    if (mayUncover(event, window_, frame_) && !raiseTimer_.isActive()) {
         if (sinceRaise_.isValid() && sinceRaise_.elapsed() < raisePause.count()) {
             raiseTimer_.start(raisePause);
         } else {
-            raise();
+            putOnTop();
         }
     }
     return false;
 }
 
-void X11Placement::raise() {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(connection(), static_cast<xcb_window_t>(view_.winId()),
-                         XCB_CONFIG_WINDOW_STACK_MODE, &above);
+/// Lets the server itself fill what the toolkit has yet to draw. Otherwise what was there before
+/// would show on: when the cover appears, and when a compositor comes or goes.
+void X11Placement::paintGround() {
+    const std::uint32_t colour = view_.color().rgba();
+    xcb_change_window_attributes(connection(), window_, XCB_CW_BACK_PIXEL, &colour);
+}
+
+/// Where the cover is to stay, in the server's own pixels.
+void X11Placement::readFrame() {
+    const XcbReply<xcb_get_geometry_reply_t> reply(
+        xcb_get_geometry_reply(connection(), xcb_get_geometry(connection(), window_), nullptr));
+    if (reply) {
+        frame_ = QRect(reply->x, reply->y, reply->width, reply->height);
+    }
+}
+
+/// A window that nobody can see, not even mapped.
+void X11Placement::makeMarker() {
+    marker_ = xcb_generate_id(connection());
+    const std::uint32_t isUnmanaged = 1;
+    xcb_create_window(connection(), 0, marker_, rootWindow(), -10, -10, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
+                      &isUnmanaged);
+}
+
+void X11Placement::putOnTop() {
+    // Nothing comes of this in the server, and no event either, when all of it is so already.
+    const xcb_configure_window_value_list_t values{
+        .x = frame_.x(),
+        .y = frame_.y(),
+        .width = static_cast<std::uint32_t>(frame_.width()),
+        .height = static_cast<std::uint32_t>(frame_.height()),
+        .border_width = 0,
+        .sibling = XCB_NONE,
+        .stack_mode = XCB_STACK_MODE_ABOVE,
+    };
+    xcb_configure_window_aux(connection(), window_,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH |
+                                 XCB_CONFIG_WINDOW_STACK_MODE,
+                             &values);
+    xcb_map_window(connection(), window_);
     xcb_flush(connection());
     sinceRaise_.start();
+    reminder_ = firstReminder;
+    reminderTimer_.start(reminder_);
+}
+
+/// Mutter and the compositor of xfwm4 can miss a raise that comes while they take in a new window
+/// or start, and then draw the cover below it although the server has it above. They mend their
+/// list at the next change of the stack, so here is one that changes nothing to be seen.
+void X11Placement::remindCompositor() {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    for (const xcb_window_t window : {marker_, window_}) {
+        xcb_configure_window(connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+    xcb_flush(connection());
+    if (reminder_ < lastReminder) {
+        reminder_ *= 2;
+        reminderTimer_.start(reminder_);
+    }
 }
 
 bool X11Placement::hasFocus() const {
     return QGuiApplication::focusWindow() == &view_ &&
-           (!waylandFocus_ || waylandFocus_->isAt(static_cast<xcb_window_t>(view_.winId())));
+           (!waylandFocus_ || waylandFocus_->isAt(window_));
 }
 
 void X11Placement::grabKeyboard() {
-    const auto window = static_cast<xcb_window_t>(view_.winId());
     // No window manager gives the focus to a window that it does not manage.
-    xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
-    const ReplyPointer<xcb_grab_keyboard_reply_t> reply(
-        xcb_grab_keyboard_reply(connection(),
-                                xcb_grab_keyboard(connection(), 1, window, XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
+    xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
+    // Everything comes to this window, even when the focus is given to another one of ours.
+    constexpr std::uint8_t ownerEvents = 0;
+    const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
+        connection(),
+        xcb_grab_keyboard(connection(), ownerEvents, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                          XCB_GRAB_MODE_ASYNC),
+        nullptr));
     if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) {
         grabTimer_.start(grabPause);
     }

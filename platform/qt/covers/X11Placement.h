@@ -5,18 +5,22 @@
 #include "platform/qt/covers/GnomeOverview.h"
 #include "platform/qt/covers/XwaylandFocus.h"
 
+#include <chrono>
+#include <cstdint>
 #include <optional>
 
 #include <QAbstractNativeEventFilter>
 #include <QElapsedTimer>
+#include <QRect>
 #include <QTimer>
 
 namespace vigilo::platform {
 
-/// A window that no window manager manages, raised again whenever another one is mapped or moved in
-/// the stack or hides part of it; the one with the keyboard grabs it, and tries again for as long
-/// as another program has it (an open menu, say). It asks for the focus whenever that is lost: the
-/// X server of a Wayland session hears no key while a native window has the focus.
+/// A window that no window manager manages, put back on top and in its place whenever another one
+/// is mapped or moved in the stack or hides part of it, or somebody moves it; the one with the
+/// keyboard grabs it, and tries again for as long as another program has it (an open menu, say). It
+/// asks for the focus whenever that is lost: the toolkit has no item to give a key to without it,
+/// and the X server of a Wayland session hears no key while a native window has the focus.
 class X11Placement : public CoverPlacement, public QAbstractNativeEventFilter {
 public:
     X11Placement(QQuickView& view, QScreen& screen);
@@ -28,13 +32,22 @@ public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 private:
-    void raise();
+    void paintGround();
+    void readFrame();
+    void makeMarker();
+    void putOnTop();
+    void remindCompositor();
     void grabKeyboard();
     bool hasFocus() const;
 
     QQuickView& view_;
+    std::uint32_t window_ = 0; ///< the server's number, once it is shown
+    std::uint32_t marker_ = 0; ///< moved to tell compositors of a change in the stack
+    QRect frame_;
     QTimer raiseTimer_;
     QElapsedTimer sinceRaise_;
+    QTimer reminderTimer_;
+    std::chrono::milliseconds reminder_{};
     QTimer grabTimer_;
     std::optional<XwaylandFocus> waylandFocus_; ///< of the one with the keyboard, as are the next
     std::optional<FocusKeeper> focusKeeper_;

@@ -30,38 +30,21 @@ QString agentDetail(const AgentSession& session) {
 }
 
 void AgentRows::show(const std::vector<AgentSession>& sessions) {
-    for (std::size_t row = 0; row < sessions.size(); ++row) {
-        place(sessions[row], row);
+    const std::size_t kept = std::min(sessions_.size(), sessions.size());
+    for (std::size_t row = 0; row < kept; ++row) {
+        if (sessions_[row] != sessions[row]) {
+            sessions_[row] = sessions[row];
+            Q_EMIT dataChanged(index(static_cast<int>(row)), index(static_cast<int>(row)));
+        }
     }
-    if (sessions_.size() > sessions.size()) {
-        beginRemoveRows({}, static_cast<int>(sessions.size()),
-                        static_cast<int>(sessions_.size()) - 1);
-        sessions_.resize(sessions.size());
+    if (sessions_.size() > kept) {
+        beginRemoveRows({}, static_cast<int>(kept), static_cast<int>(sessions_.size()) - 1);
+        sessions_.resize(kept);
         endRemoveRows();
-    }
-}
-
-/// Brings the session to its row, all rows before it being right already.
-void AgentRows::place(const AgentSession& session, std::size_t row) {
-    const auto at = sessions_.begin() + static_cast<std::ptrdiff_t>(row);
-    const auto known = std::find_if(
-        at, sessions_.end(), [&](const AgentSession& other) { return other.id() == session.id(); });
-    const int target = static_cast<int>(row);
-    if (known == sessions_.end()) {
-        beginInsertRows({}, target, target);
-        sessions_.insert(at, session);
+    } else if (sessions.size() > kept) {
+        beginInsertRows({}, static_cast<int>(kept), static_cast<int>(sessions.size()) - 1);
+        sessions_ = sessions;
         endInsertRows();
-        return;
-    }
-    if (known != at) {
-        const int source = static_cast<int>(known - sessions_.begin());
-        beginMoveRows({}, source, source, {}, target);
-        std::rotate(at, known, known + 1);
-        endMoveRows();
-    }
-    if (sessions_[row] != session) {
-        sessions_[row] = session;
-        Q_EMIT dataChanged(index(target), index(target));
     }
 }
 

@@ -10,7 +10,9 @@
 
 namespace vigilo {
 
-/// The agents on the lock screen, a row each. An update touches only the rows that differ.
+/// The agents on the lock screen, a row each. An update touches only the rows that differ. A row
+/// keeps its place and changes what it shows: a screen reader reads the views of rows in the order
+/// in which they were made.
 class AgentRows : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -19,7 +21,7 @@ class AgentRows : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    /// Shows these sessions, in this order; a row is known again by its session's id.
+    /// Shows these sessions, in this order.
     void show(const std::vector<AgentSession>& sessions);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -28,8 +30,6 @@ public:
 
 private:
     enum Role { Name = Qt::UserRole, Detail, Symbol, Tint, Status, IsBusy, Runtime };
-
-    void place(const AgentSession& session, std::size_t row);
 
     std::vector<AgentSession> sessions_;
 };

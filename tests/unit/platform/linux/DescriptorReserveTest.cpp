@@ -18,18 +18,23 @@ FileDescriptor descriptor() {
     return FileDescriptor(eventfd(0, EFD_CLOEXEC));
 }
 
-/// A process that has used up all its descriptors but for the reserve.
+/// A process that can use up all its descriptors but for the reserve.
 class DescriptorReserveTest : public testing::Test {
 protected:
     DescriptorReserveTest() {
         getrlimit(RLIMIT_NOFILE, &ordinary_);
         const rlimit few{.rlim_cur = 64, .rlim_max = ordinary_.rlim_max};
         setrlimit(RLIMIT_NOFILE, &few);
+    }
+    ~DescriptorReserveTest() override { setrlimit(RLIMIT_NOFILE, &ordinary_); }
+
+    /// Called by each test, and not before it: a sanitizer that looks at the test's object when it
+    /// is first used needs a descriptor for it.
+    void useUpTheRest() {
         while (FileDescriptor one = descriptor()) {
             used_.push_back(std::move(one));
         }
     }
-    ~DescriptorReserveTest() override { setrlimit(RLIMIT_NOFILE, &ordinary_); }
 
     DescriptorReserve reserve{count};
 
@@ -48,6 +53,7 @@ std::size_t available() {
 }
 
 TEST_F(DescriptorReserveTest, keepsItsDescriptorsUntilTheyAreLent) {
+    useUpTheRest();
     EXPECT_EQ(available(), 0U);
     DescriptorReserve::Loan loan = reserve.lend();
     EXPECT_EQ(available(), count);
@@ -56,6 +62,7 @@ TEST_F(DescriptorReserveTest, keepsItsDescriptorsUntilTheyAreLent) {
 }
 
 TEST_F(DescriptorReserveTest, isLentUntilTheLastLoanIsGone) {
+    useUpTheRest();
     DescriptorReserve::Loan first = reserve.lend();
     const DescriptorReserve::Loan second = reserve.lend();
     first.reset();
@@ -63,6 +70,7 @@ TEST_F(DescriptorReserveTest, isLentUntilTheLastLoanIsGone) {
 }
 
 TEST_F(DescriptorReserveTest, takesBackWhatIsThereToBeHad) {
+    useUpTheRest();
     FileDescriptor kept;
     {
         const DescriptorReserve::Loan loan = reserve.lend();

@@ -1,8 +1,18 @@
 #include "platform/qt/QtCover.h"
 
+#include <chrono>
 #include <utility>
 
+#include <QGuiApplication>
+#include <QTimer>
+
 namespace vigilo::platform {
+
+namespace {
+using namespace std::chrono_literals;
+// By then the windows below are drawn anew, for which they may need descriptors, too.
+constexpr auto loanAfterEnd = 500ms;
+} // namespace
 
 QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,
                  DescriptorReserve::Loan descriptors)
@@ -27,6 +37,7 @@ void QtCover::makeKey() {
 void QtCover::close() {
     placement_.reset();
     view_.destroy();
+    QTimer::singleShot(loanAfterEnd, qGuiApp, [loan = std::move(descriptors_)] {});
 }
 
 } // namespace vigilo::platform

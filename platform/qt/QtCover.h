@@ -11,7 +11,8 @@ class QScreen;
 
 namespace vigilo::platform {
 
-/// A cover over one of the toolkit's screens. It has the loan for as long as it is there.
+/// A cover over one of the toolkit's screens. It has the loan for as long as it is there, and
+/// a moment longer.
 class QtCover : public Cover {
 public:
     QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,

@@ -137,7 +137,10 @@ class SuddenEndsOnWayland(unittest.TestCase):
     def test_few_or_no_descriptors_left(self):
         self.start("session")
         limits = Limits(self.program.pid, os.geteuid())
+        descriptors = lambda: len(os.listdir("/proc/%d/fd" % self.program.pid))
+        kept = descriptors()
         for count in range(MOST_LEFT):
+            wait_until(lambda: descriptors() >= kept, "the reserve")
             limits.leave_descriptors(count)
             self.act("agentLock")
             wait_until(self.is_covered, "the lock with %d left" % count)

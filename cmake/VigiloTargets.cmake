@@ -1,6 +1,10 @@
 # How every target of ours is compiled: one place for warnings, sanitizers and the include root.
 
 set(VIGILO_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_UNITY_BUILD)
+    # What a file declares for itself is seen by others there.
+    list(APPEND VIGILO_WARNINGS -Wno-shadow)
+endif()
 
 # For a target that also compiles generated code, which must not be held to our warnings.
 function(vigilo_base_options target)

@@ -10,19 +10,20 @@ namespace {
 
 using Command = std::vector<std::string>;
 
-Command commandWith(std::string_view desktop, const std::set<std::string, std::less<>>& installed,
-                    int gnomeVersion = 43) {
+Command lockSettingsWith(std::string_view desktop,
+                         const std::set<std::string, std::less<>>& installed,
+                         int gnomeVersion = 43) {
     return lockSettingsCommand(
         desktop, [&](std::string_view program) { return installed.contains(program); },
         gnomeVersion);
 }
 
 TEST(LockSettingsCommand, isTheDesktopsOwn) {
-    EXPECT_EQ(commandWith("GNOME", {"gnome-control-center"}),
+    EXPECT_EQ(lockSettingsWith("GNOME", {"gnome-control-center"}),
               (Command{"gnome-control-center", "screen"}));
-    EXPECT_EQ(commandWith("KDE", {"systemsettings", "systemsettings5"}),
+    EXPECT_EQ(lockSettingsWith("KDE", {"systemsettings", "systemsettings5"}),
               (Command{"systemsettings", "kcm_screenlocker"}));
-    EXPECT_EQ(commandWith("MATE", {"mate-screensaver-preferences"}),
+    EXPECT_EQ(lockSettingsWith("MATE", {"mate-screensaver-preferences"}),
               (Command{"mate-screensaver-preferences"}));
 }
 
@@ -34,7 +35,7 @@ TEST(LockSettingsCommand, followsGnomesMoves) {
                                          {45, "privacy"},
                                          {48, "privacy"},
                                          {0, "privacy"}}) {
-        EXPECT_EQ(commandWith("GNOME", {"gnome-control-center"}, version),
+        EXPECT_EQ(lockSettingsWith("GNOME", {"gnome-control-center"}, version),
                   (Command{"gnome-control-center", panel}))
             << version;
     }
@@ -49,21 +50,21 @@ TEST(LockSettingsCommand, readsGnomesVersion) {
 }
 
 TEST(LockSettingsCommand, isTheFirstInstalledOfADesktop) {
-    EXPECT_EQ(commandWith("XFCE", {"xscreensaver-settings", "light-locker-settings"}),
+    EXPECT_EQ(lockSettingsWith("XFCE", {"xscreensaver-settings", "light-locker-settings"}),
               (Command{"light-locker-settings"}));
-    EXPECT_EQ(commandWith("LXQt", {"lxqt-config"}), (Command{"lxqt-config"}));
+    EXPECT_EQ(lockSettingsWith("LXQt", {"lxqt-config"}), (Command{"lxqt-config"}));
 }
 
 TEST(LockSettingsCommand, looksAtEveryNameOfADesktop) {
-    EXPECT_EQ(commandWith("ubuntu:GNOME", {"gnome-control-center"}),
+    EXPECT_EQ(lockSettingsWith("ubuntu:GNOME", {"gnome-control-center"}),
               (Command{"gnome-control-center", "screen"}));
 }
 
 TEST(LockSettingsCommand, isNothingElsewhere) {
-    EXPECT_EQ(commandWith("", {"gnome-control-center"}), Command{});
-    EXPECT_EQ(commandWith("sway", {"gnome-control-center"}), Command{});
-    EXPECT_EQ(commandWith("gnome::", {"gnome-control-center"}), Command{});
-    EXPECT_EQ(commandWith("GNOME", {}), Command{});
+    EXPECT_EQ(lockSettingsWith("", {"gnome-control-center"}), Command{});
+    EXPECT_EQ(lockSettingsWith("sway", {"gnome-control-center"}), Command{});
+    EXPECT_EQ(lockSettingsWith("gnome::", {"gnome-control-center"}), Command{});
+    EXPECT_EQ(lockSettingsWith("GNOME", {}), Command{});
 }
 
 } // namespace

@@ -8,7 +8,8 @@
 namespace vigilo::platform {
 namespace {
 
-Command commandWith(std::string_view desktop, const std::set<std::string, std::less<>>& installed) {
+Command startupSettingsWith(std::string_view desktop,
+                            const std::set<std::string, std::less<>>& installed) {
     return startupSettingsCommand(
         desktop, [&](std::string_view program) { return installed.contains(program); },
         "/home/a/.config/autostart");
@@ -26,26 +27,26 @@ TEST(StartupSettingsCommand, isTheDesktopsOwn) {
         {"GNOME", {"gnome-tweaks"}},
     };
     for (const auto& [desktop, command] : cases) {
-        EXPECT_EQ(commandWith(desktop, {command.front(), "xdg-open"}), command) << desktop;
+        EXPECT_EQ(startupSettingsWith(desktop, {command.front(), "xdg-open"}), command) << desktop;
     }
 }
 
 TEST(StartupSettingsCommand, isTheFirstInstalledOfADesktop) {
-    EXPECT_EQ(commandWith("KDE", {"kcmshell5", "systemsettings5"}),
+    EXPECT_EQ(startupSettingsWith("KDE", {"kcmshell5", "systemsettings5"}),
               (Command{"systemsettings5", "kcm_autostart"}));
-    EXPECT_EQ(commandWith("ubuntu:GNOME", {"gnome-session-properties"}),
+    EXPECT_EQ(startupSettingsWith("ubuntu:GNOME", {"gnome-session-properties"}),
               (Command{"gnome-session-properties"}));
 }
 
 TEST(StartupSettingsCommand, showsTheFolderWhereTheDesktopHasNoSettings) {
     const Command folder{"xdg-open", "/home/a/.config/autostart"};
-    EXPECT_EQ(commandWith("GNOME", {"xdg-open"}), folder);
-    EXPECT_EQ(commandWith("sway", {"xdg-open", "gnome-tweaks"}), folder);
-    EXPECT_EQ(commandWith("", {"xdg-open"}), folder);
+    EXPECT_EQ(startupSettingsWith("GNOME", {"xdg-open"}), folder);
+    EXPECT_EQ(startupSettingsWith("sway", {"xdg-open", "gnome-tweaks"}), folder);
+    EXPECT_EQ(startupSettingsWith("", {"xdg-open"}), folder);
 }
 
 TEST(StartupSettingsCommand, isNothingWhereNothingIsInstalled) {
-    EXPECT_EQ(commandWith("GNOME", {}), Command{});
+    EXPECT_EQ(startupSettingsWith("GNOME", {}), Command{});
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <utility>
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlExtensionPlugin>
@@ -89,7 +90,9 @@ private:
 } // namespace
 
 QtWindows::QtWindows(MenuModel& mainMenu, bool isAnimated)
-    : descriptors_(keptDescriptors), mainMenu_(mainMenu), isAnimated_(isAnimated) {
+    : descriptors_(keptDescriptors),
+      fontSearch_(std::async([] { QFontDatabase::hasFamily(QString()); })), mainMenu_(mainMenu),
+      isAnimated_(isAnimated) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 

@@ -3,6 +3,8 @@
 #include "platform/Windows.h"
 #include "platform/linux/DescriptorReserve.h"
 
+#include <future>
+
 #include <QQmlEngine>
 
 class QQuickView;
@@ -34,6 +36,8 @@ private:
     /// A window needs some for its pictures, and the lock for its helpers; the toolkit does not
     /// survive without.
     DescriptorReserve descriptors_;
+    /// Finds out which fonts there are, which the first text has to wait for.
+    std::future<void> fontSearch_;
     MenuModel& mainMenu_;
     bool isAnimated_;
     QQmlEngine engine_;

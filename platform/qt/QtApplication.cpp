@@ -9,6 +9,9 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QImage>
+#include <QPixmap>
+#include <QResource>
 #include <QWindow>
 
 namespace vigilo::platform {
@@ -29,7 +32,9 @@ QtApplication::~QtApplication() = default;
 void QtApplication::loadIcon() {
     QIcon icon;
     for (const int size : {16, 32, 64}) {
-        icon.addFile(QStringLiteral(":/vigilo/%1.png").arg(size), {size, size});
+        const QResource pixels(QStringLiteral(":/vigilo/%1.rgba").arg(size));
+        icon.addPixmap(QPixmap::fromImage(
+            QImage(pixels.data(), size, size, QImage::Format_RGBA8888_Premultiplied)));
     }
     QGuiApplication::setWindowIcon(icon);
 }

@@ -120,7 +120,6 @@ FocusScope {
             width: badge.width + 28
             height: badge.height + 18
             color: Theme.white(0.06)
-            border.color: Theme.white(0.135)
             Accessible.role: Accessible.StaticText
             Accessible.name: badgeText.text
 

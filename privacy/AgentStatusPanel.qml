@@ -16,8 +16,7 @@ Rectangle {
     radius: 18
     color: Theme.white(0.045)
     border.width: 1
-    // The fill ends where the outline begins; this is the outline over the fill.
-    border.color: Theme.white(0.121)
+    border.color: Theme.outlineOver(color)
 
     Label {
         id: header

@@ -27,6 +27,8 @@ GROUND = {
     (40, 540): (9, 11, 19), (300, 500): (9, 11, 19), (50, 36): (44, 124, 252), (76, 60): (163, 96, 243),
 }
 IDLE = GROUND | {(240, 400): (10, 132, 255), (470, 400): (10, 132, 255)}
+# The hairlines around the state and around the sentence, each over its own ground.
+IDLE_OUTLINES = {(600, 33.5): (40, 42, 48), (350, 301.5): (36, 39, 46)}
 ACTIVE = GROUND | {(561.5, 47): (48, 209, 88)}
 # The design's own picture rounds down in each of its layers, which shows most below the translucent
 # button.
@@ -97,6 +99,7 @@ class MainWindowLook(unittest.TestCase):
                 display.settle()
                 idle = Picture(display.picture(), scale, origin)
                 self.check_colours(idle, IDLE)
+                self.check_colours(idle, IDLE_OUTLINES, tolerance=4)
                 self.check_boxes(idle, IDLE_BOXES)
                 # "2 hours" is the third row of its menu, "Stay Visible" the first.
                 for x, y, row in ((300, 329, 2), (470, 329, 0)):

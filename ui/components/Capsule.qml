@@ -6,5 +6,5 @@ Rectangle {
     radius: height / 2
     color: Theme.white(0.045)
     border.width: 1
-    border.color: Theme.outline
+    border.color: Theme.outlineOver(color)
 }

@@ -25,6 +25,11 @@ QtObject {
 
     readonly property int heroDuration: 220 // ms
 
+    // The colour of an outline on this fill: a rectangle's fill ends where its outline begins.
+    function outlineOver(fill: color): color {
+        return white(1 - (1 - outline.a) * (1 - fill.a));
+    }
+
     function white(opacity: real): color {
         return Qt.rgba(1, 1, 1, opacity);
     }

@@ -70,7 +70,8 @@ int runApplication(char* programName) {
     platform::QtMenuBar menuBar(sessionBus);
     const platform::Appearance appearance = appearanceQuestion.answer();
     platform::ApplicationObject::scale(appearance.textScale);
-    platform::QtWindows windows(menuBar.mainMenu(), appearance.isAnimated);
+    platform::QtWindows windows(menuBar.mainMenu(), {.isAnimated = appearance.isAnimated,
+                                                     .isContrastHigh = appearance.isContrastHigh});
     platform::QtApplication qtApplication(windows);
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());

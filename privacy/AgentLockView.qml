@@ -172,7 +172,9 @@ FocusScope {
 
             background: Rectangle {
                 radius: 12
-                color: unlock.down ? Qt.darker(Theme.blue, 1.2) : unlock.hovered ? Qt.darker(Theme.blue, 1.1) : Theme.blue
+                color: unlock.down ? Qt.darker(Theme.action, 1.2) : unlock.hovered ? Qt.darker(Theme.action, 1.1) : Theme.action
+                border.width: Theme.edgeWidth
+                border.color: Theme.outline
 
                 FocusRing {
                     radius: 15

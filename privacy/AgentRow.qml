@@ -16,6 +16,8 @@ Rectangle {
     height: 58
     radius: 13
     color: Qt.rgba(0, 0, 0, 0.18)
+    border.width: Theme.edgeWidth
+    border.color: Theme.outline
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + detail + ", " + status + ", " + runtime
 
@@ -78,7 +80,7 @@ Rectangle {
                 width: 6
                 height: 6
                 radius: 3
-                color: row.isBusy ? Theme.green : Theme.white(0.38)
+                color: row.isBusy ? Theme.green : Theme.dim(0.38)
             }
 
             Label {

@@ -63,6 +63,8 @@ Rectangle {
             height: 52
             radius: 13
             color: Qt.rgba(0, 0, 0, 0.18)
+            border.width: Theme.edgeWidth
+            border.color: Theme.outline
             visible: !panel.model.hasAgents
             Accessible.role: Accessible.StaticText
             Accessible.name: emptyTitle.text + ". " + emptyDetail.text
@@ -73,7 +75,7 @@ Rectangle {
                 width: 22
                 height: 22
                 name: "waveform.path.ecg"
-                color: Theme.white(0.45)
+                color: Theme.dim(0.45)
             }
 
             Column {
@@ -130,7 +132,7 @@ Rectangle {
         width: 3
         height: Math.max(rows.visibleArea.heightRatio * body.height, 12)
         radius: 1.5
-        color: Theme.white(0.25)
+        color: Theme.dim(0.25)
     }
 
     Label {

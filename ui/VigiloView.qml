@@ -8,9 +8,6 @@ Item {
 
     required property VigiloViewModel model
 
-    // Some people are unwell when things move, and have told their desktop.
-    property bool isAnimated: true
-
     // Only a change of state moves the hero, not the first layout.
     property bool isLaidOut: false
 
@@ -140,7 +137,7 @@ Item {
             enabled: view.isLaidOut
 
             NumberAnimation {
-                duration: view.isAnimated ? Theme.heroDuration : 0
+                duration: Theme.heroDuration
                 easing.type: Easing.InOutQuad
             }
         }
@@ -161,7 +158,7 @@ Item {
 
                 Behavior on color {
                     ColorAnimation {
-                        duration: view.isAnimated ? Theme.heroDuration : 0
+                        duration: Theme.heroDuration
                         easing.type: Easing.InOutQuad
                     }
                 }
@@ -292,7 +289,7 @@ Item {
             focus: true
             text: view.model.actionTitle
             symbol: view.model.actionSymbol
-            ground: view.model.isActive ? Theme.white(0.1) : Theme.blue
+            ground: view.model.isActive ? Theme.white(0.1) : Theme.action
             onClicked: view.model.pressAction()
         }
     }

@@ -89,11 +89,13 @@ private:
 
 } // namespace
 
-QtWindows::QtWindows(MenuModel& mainMenu, bool isAnimated)
+QtWindows::QtWindows(MenuModel& mainMenu, const Look& look)
     : descriptors_(keptDescriptors),
-      fontSearch_(std::async([] { QFontDatabase::hasFamily(QString()); })), mainMenu_(mainMenu),
-      isAnimated_(isAnimated) {
+      fontSearch_(std::async([] { QFontDatabase::hasFamily(QString()); })), mainMenu_(mainMenu) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    // Read by the type "Wishes".
+    engine_.setProperty("isAnimated", look.isAnimated);
+    engine_.setProperty("isContrastHigh", look.isContrastHigh);
 }
 
 std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
@@ -104,7 +106,6 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                                       windowSpec.background, onCloseRequested);
             view->setFlags(Qt::Window | Qt::FramelessWindowHint);
             view->setTitle(QString::fromStdString(windowSpec.title));
-            view->rootObject()->setProperty("isAnimated", isAnimated_);
             addFrame(*view);
             return view;
         },

@@ -17,9 +17,14 @@ class MenuModel;
 /// Windows without the system's frame whose content is a QML type of the module "Vigilo".
 class QtWindows : public Windows {
 public:
-    /// `mainMenu` is offered by the windows that makeWindow() makes. Their content has a property
-    /// `isAnimated`.
-    QtWindows(MenuModel& mainMenu, bool isAnimated);
+    /// What the desktop's settings ask of every window.
+    struct Look {
+        bool isAnimated = true;
+        bool isContrastHigh = false;
+    };
+
+    /// `mainMenu` is offered by the windows that makeWindow() makes.
+    QtWindows(MenuModel& mainMenu, const Look& look);
 
     std::unique_ptr<Window> makeWindow(const WindowSpec& windowSpec,
                                        std::function<void()> onCloseRequested) override;
@@ -39,7 +44,6 @@ private:
     /// Finds out which fonts there are, which the first text has to wait for.
     std::future<void> fontSearch_;
     MenuModel& mainMenu_;
-    bool isAnimated_;
     QQmlEngine engine_;
 };
 

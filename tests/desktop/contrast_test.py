@@ -1,7 +1,9 @@
 #!/usr/bin/python3
-"""How every text stands out from what it is written on, measured on pictures of the running program, in
-which the screen reader's interface tells where the texts are. Usage: contrast_test.py VIGILO MODULE"""
+"""How every text stands out from what it is written on, as designed and where the desktop asks for more,
+measured on pictures of the running program, in which the screen reader's interface tells where the texts
+are. Usage: contrast_test.py VIGILO MODULE"""
 
+import json
 import os
 import subprocess
 import sys
@@ -14,14 +16,14 @@ from harness.agents import Agents
 from harness.display import VirtualDisplay, windows_named
 from harness.lock_screen import UNLOCK, LockScreen
 from harness.pam import OddPam
-from harness.pictures import Picture
+from harness.pictures import Picture, contrast
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
+SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 SCALE = 2  # so that even a thin stroke has a pixel of its full colour
-LEAST = 4.5
+LEAST_OF_EDGES = 3
 
 # Colour of the design, and dimmer: a part of the text's name, and its contrast.
 FIXED = {
@@ -41,12 +43,16 @@ CORNER = 5
 FRAMES = ("application", "frame", "dialog", "list", "popup menu", "alert", "separator")
 
 
+def setUpModule():
+    # One for all: the library that reads the tree keeps its first connection.
+    Contrast.desktop = AccessibleDesktop()
+    unittest.addModuleCleanup(Contrast.desktop.stop)
+
+
 class Contrast(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        # One for all: the library that reads the tree keeps its first connection.
-        cls.desktop = AccessibleDesktop()
-        cls.addClassCleanup(cls.desktop.stop)
+    desktop = None
+    least = 4.5
+    fixed = FIXED
 
     def setUp(self):
         self.display = VirtualDisplay("%dx%dx24" % (1440 * SCALE, 900 * SCALE))
@@ -54,15 +60,18 @@ class Contrast(unittest.TestCase):
         self.processes = Processes()
         self.addCleanup(self.processes.stop)
 
+    def serve(self, script, *arguments):
+        service = self.processes.start(
+            ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments], env=environment(), stdout=subprocess.PIPE
+        )
+        self.addCleanup(service.stdout.close)
+        service.stdout.readline()
+
     def start(self):
         config = os.path.join(self.desktop.folder, self.id())
         # A directory in the place of a file: starting at login cannot be switched on.
         os.makedirs(os.path.join(config, "autostart/io.github.vigilo.Vigilo.desktop"))
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.serve("fake_power_service.py", "plasma", "grant")
         self.processes.start(
             [VIGILO],
             env=environment(
@@ -86,12 +95,12 @@ class Contrast(unittest.TestCase):
             corner = CORNER * SCALE if node.role in ROUND and bottom - top >= 4 * CORNER * SCALE else 0
             box = left + corner, top + corner, right - corner, bottom - corner
             contrasts = [value for _, value in picture.texts(box, SCALE)]
-            fixed = [value for name, value in FIXED.items() if name in node.name]
+            fixed = [value for name, value in self.fixed.items() if name in node.name]
             with self.subTest(text=node.name):
                 if fixed:
                     self.assertAlmostEqual(min(contrasts), fixed[0], delta=0.3)
                 others = [value for value in contrasts if not fixed or abs(value - fixed[0]) > 0.3]
-                self.assertTrue(all(value >= LEAST for value in others), contrasts)
+                self.assertTrue(all(value >= self.least for value in others), contrasts)
             count += len(contrasts)
         return count
 
@@ -159,6 +168,27 @@ class Contrast(unittest.TestCase):
         lock = self.lock([])
         self.display.move_pointer(0, 0)
         self.assertGreaterEqual(self.check(lock.shown()), 9)
+
+
+class HighContrast(Contrast):
+    """Where the desktop asks for it: no colour of the design is dimmer then."""
+
+    least = 7
+    fixed = {}
+
+    def setUp(self):
+        super().setUp()
+        self.serve("fake_settings_portal.py", json.dumps({"org.freedesktop.appearance": {"contrast": 1}}))
+
+    def test_edges(self):
+        self.start()
+        self.display.settle()
+        picture = Picture(self.display.picture(), SCALE, self.display.position(self.window))
+        # Of the state, the sentence, a menu in it and the large button: on the edge, and outside.
+        for edge, outside in (((600, 33), (600, 31)), ((350, 301), (350, 299)), ((285, 311), (285, 308)),
+                              ((300, 376.6), (300, 374))):
+            with self.subTest(edge=edge):
+                self.assertGreaterEqual(contrast(picture.colour(*edge), picture.colour(*outside)), LEAST_OF_EDGES)
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 still covers and opens; on X11, where it has come another way, nothing grows twice; nonsense and silence from
 the settings leave everything as usual. Usage: desktop_appearance_test.py VIGILO MODULE"""
 
+import json
 import os
 import subprocess
 import sys
@@ -27,6 +28,15 @@ MAGENTA = (255, 0, 255)
 UNLOCK_BLUE = (10, 132, 255)
 
 
+
+def text_scale(scale):
+    return {"org.gnome.desktop.interface": {"text-scaling-factor": scale}}
+
+
+def animations(are_on):
+    return {"org.gnome.desktop.interface": {"enable-animations": are_on}}
+
+
 class Appearance(unittest.TestCase):
     def setUp(self):
         self.bus = self.enter(SessionBus())
@@ -39,12 +49,12 @@ class Appearance(unittest.TestCase):
         self.addCleanup(manager.__exit__, None, None, None)
         return value
 
-    def start(self, scale, animations, **variables):
+    def start(self, settings, **variables):
         self.variables = environment(
             DBUS_SESSION_BUS_ADDRESS=self.bus.address, DBUS_SYSTEM_BUS_ADDRESS=NOWHERE, **variables
         )
         for script, *arguments in (
-            ("fake_power_service.py", "plasma", "grant"), ("fake_settings_portal.py", scale, animations),
+            ("fake_power_service.py", "plasma", "grant"), ("fake_settings_portal.py", json.dumps(settings)),
         ):
             service = self.processes.start(
                 ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments],
@@ -54,17 +64,17 @@ class Appearance(unittest.TestCase):
             service.stdout.readline()
         self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
 
-    def start_on_wayland(self, scale, animations="on", **variables):
+    def start_on_wayland(self, settings, **variables):
         self.sway = self.enter(Sway())
         self.sway.message("output * resolution 1920x1200")
-        self.start(scale, animations, **self.sway.environment, QT_QPA_PLATFORM="wayland", **variables)
+        self.start(settings, **self.sway.environment, QT_QPA_PLATFORM="wayland", **variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         return wait_until(self.window, "the window")
 
-    def start_on_x11(self, scale, animations="on"):
+    def start_on_x11(self, settings):
         self.display = self.enter(VirtualDisplay("1600x1200x24"))
-        self.start(scale, animations, DISPLAY=self.display.name, WAYLAND_DISPLAY=None)
+        self.start(settings, DISPLAY=self.display.name, WAYLAND_DISPLAY=None)
         window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()
         return self.display.size(window)
@@ -111,9 +121,9 @@ class Appearance(unittest.TestCase):
         wait_until(lambda: self.picture().colour(0, 0) == MAGENTA, "the lock to go")
 
     def test_everything_grows_on_wayland(self):
-        for text, scale in (("2.0", 2), ("1.25", 1.25)):
+        for scale in (2.0, 1.25):
             with self.subTest(scale=scale):
-                size = self.start_on_wayland(text)
+                size = self.start_on_wayland(text_scale(scale))
                 self.assertEqual(size, (720 * scale, 560 * scale))
                 time.sleep(1)
                 self.wtype("-k", "Return")
@@ -122,15 +132,15 @@ class Appearance(unittest.TestCase):
                 self.setUp()
 
     def test_a_scale_that_is_chosen_is_left(self):
-        self.assertEqual(self.start_on_wayland("2.0", QT_SCALE_FACTOR="1.5"), (1080, 840))
+        self.assertEqual(self.start_on_wayland(text_scale(2.0), QT_SCALE_FACTOR="1.5"), (1080, 840))
 
     def test_nothing_grows_twice_on_x11(self):
-        self.assertEqual(self.start_on_x11("2.0"), (720, 560))
+        self.assertEqual(self.start_on_x11(text_scale(2.0)), (720, 560))
 
     def test_nonsense_and_silence_change_nothing(self):
-        for scale, animations in (("large", "on"), ("-2", "on"), ("nan", "on"), ("1e300", "on"), ("2.0", "hang")):
-            with self.subTest(scale=scale, animations=animations):
-                self.assertEqual(self.start_on_wayland(scale, animations), (720, 560))
+        for settings in (text_scale("large"), text_scale(float("nan")), {}, "hang"):
+            with self.subTest(settings=settings):
+                self.assertEqual(self.start_on_wayland(settings), (720, 560))
                 self.doCleanups()
                 self.setUp()
 
@@ -148,11 +158,11 @@ class Appearance(unittest.TestCase):
         return len(seen)
 
     def test_nothing_moves_where_nothing_is_to_move(self):
-        self.start_on_x11("1.0", "off")
+        self.start_on_x11(animations(False))
         self.assertEqual(self.pictures_of_a_start(), 2)
 
     def test_the_state_glides_otherwise(self):
-        self.start_on_x11("1.0", "on")
+        self.start_on_x11(animations(True))
         self.assertGreater(self.pictures_of_a_start(), 2)
 
 

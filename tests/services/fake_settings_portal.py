@@ -1,7 +1,8 @@
 #!/usr/bin/python3
-"""The settings of a desktop as its portal tells them; says so on a line when it is there.
-Usage: fake_settings_portal.py TEXT-SCALE on|off|hang (animations; nothing is ever answered)"""
+"""The settings of a desktop as its portal tells them; says so on a line when it is there. Usage:
+fake_settings_portal.py SETTINGS (namespaces with their keys and values as JSON; "hang": never an answer)"""
 
+import json
 import sys
 
 import dbus
@@ -9,25 +10,22 @@ import dbus.mainloop.glib
 import dbus.service
 from gi.repository import GLib
 
-TEXT_SCALE, ANIMATIONS = sys.argv[1:]
+SETTINGS = json.loads(sys.argv[1])
+TYPES = {bool: dbus.Boolean, int: dbus.UInt32, float: dbus.Double, str: dbus.String}
 
 
 class Settings(dbus.service.Object):
     @dbus.service.method(
-        "org.freedesktop.portal.Settings", in_signature="ss", out_signature="v", async_callbacks=("reply", "refuse")
+        "org.freedesktop.portal.Settings", in_signature="as", out_signature="a{sa{sv}}",
+        async_callbacks=("reply", "refuse"),
     )
-    def Read(self, namespace, key, reply, refuse):
-        if ANIMATIONS == "hang":
+    def ReadAll(self, namespaces, reply, refuse):
+        if SETTINGS == "hang":
             return
-        values = {"enable-animations": dbus.Boolean(ANIMATIONS == "on", variant_level=1)}
-        try:
-            values["text-scaling-factor"] = dbus.Double(TEXT_SCALE, variant_level=1)
-        except ValueError:
-            values["text-scaling-factor"] = dbus.String(TEXT_SCALE, variant_level=1)
-        if namespace == "org.gnome.desktop.interface" and key in values:
-            reply(values[key])
-        else:
-            refuse(dbus.DBusException("no such key", name="org.freedesktop.portal.Error.NotFound"))
+        reply({
+            name: {key: TYPES[type(value)](value) for key, value in SETTINGS[name].items()}
+            for name in namespaces if name in SETTINGS
+        })
 
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)

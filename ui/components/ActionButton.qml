@@ -14,6 +14,8 @@ PlainButton {
     background: Rectangle {
         radius: 11
         color: button.ground
+        border.width: Theme.edgeWidth
+        border.color: Theme.outline
 
         Rectangle {
             anchors.fill: parent

@@ -40,6 +40,8 @@ PlainButton {
     background: Rectangle {
         radius: height / 2
         color: Theme.white(button.down || button.isOpen ? 0.19 : button.hovered ? 0.13 : 0.085)
+        border.width: Theme.edgeWidth
+        border.color: Theme.outline
 
         FocusRing {
             radius: height / 2
@@ -69,7 +71,7 @@ PlainButton {
             width: 9
             height: 9
             name: "chevron.down"
-            opacity: 0.65
+            opacity: Theme.dim(0.65).a
         }
     }
 

@@ -39,7 +39,7 @@ T.Menu {
         radius: 12
         color: Theme.menuGround
         border.width: 1
-        border.color: Theme.white(0.12)
+        border.color: Theme.menuOutline
     }
 
     contentItem: ListView {

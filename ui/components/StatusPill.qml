@@ -41,7 +41,7 @@ Capsule {
             Rectangle {
                 anchors.fill: parent
                 radius: width / 2
-                color: pill.active ? Theme.green : Theme.white(0.3)
+                color: pill.active ? Theme.green : Theme.dim(0.3)
             }
         }
 

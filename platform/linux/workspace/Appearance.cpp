@@ -1,9 +1,8 @@
 #include "platform/linux/workspace/Appearance.h"
 
+#include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
-#include <QString>
+#include <QStringList>
 #include <QVariant>
 
 namespace vigilo::platform {
@@ -14,52 +13,67 @@ constexpr int answerLimit = 500; // milliseconds
 constexpr double smallestScale = 0.5;
 constexpr double largestScale = 3;
 
+// GNOME's own, which the portals of other desktops fill in, too; the common ones; and Plasma's.
+constexpr QLatin1String gnomeInterface("org.gnome.desktop.interface");
+constexpr QLatin1String gnomeAccess("org.gnome.desktop.a11y.interface");
+constexpr QLatin1String common("org.freedesktop.appearance");
+constexpr QLatin1String plasma("org.kde.kdeglobals.General");
+
 /// The one desktop whose session always has the portal. Elsewhere starting it can take very long.
 bool startsPortal() {
     return qEnvironmentVariable("XDG_CURRENT_DESKTOP").contains(QLatin1String("GNOME"));
 }
 
-QDBusPendingCall ask(const QDBusConnection& bus, const char* key) {
+QDBusPendingCall ask(const QDBusConnection& bus) {
     QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.portal.Desktop"),
         QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-    question << QStringLiteral("org.gnome.desktop.interface") << QString::fromLatin1(key);
+        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("ReadAll"));
+    question << QStringList{gnomeInterface, gnomeAccess, common, plasma};
     question.setAutoStartService(startsPortal());
     return bus.asyncCall(question, answerLimit);
 }
 
-/// The value in the variants, of which there are two around it; invalid without one.
-QVariant value(QDBusPendingCall& question) {
-    question.waitForFinished();
-    const QDBusPendingReply<QDBusVariant> reply = question;
-    if (!reply.isValid()) {
-        return {};
-    }
-    QVariant inner = reply.value().variant();
-    while (inner.canConvert<QDBusVariant>()) {
-        inner = inner.value<QDBusVariant>().variant();
-    }
-    return inner;
+/// A value of this type; none where it has another.
+template <typename Value>
+Value value(const PortalSettings& settings, QLatin1String group, const char* key, Value usual) {
+    const QVariant found = settings.value(group).value(QLatin1String(key));
+    return found.typeId() == qMetaTypeId<Value>() ? found.value<Value>() : usual;
+}
+
+/// Themes for those who need the contrast are named for it: "HighContrast", "BreezeHighContrast".
+bool isNamedForContrast(const QString& theme) {
+    return theme.contains(QLatin1String("HighContrast"));
 }
 
 } // namespace
 
-AppearanceQuestion::AppearanceQuestion(const QDBusConnection& bus)
-    : textScale_(ask(bus, "text-scaling-factor")), isAnimated_(ask(bus, "enable-animations")) {}
+Appearance appearance(const PortalSettings& settings) {
+    Appearance appearance;
+    const auto scale = value(settings, gnomeInterface, "text-scaling-factor", appearance.textScale);
+    if (scale >= smallestScale && scale <= largestScale) {
+        appearance.textScale = scale;
+    }
+    appearance.isAnimated =
+        value(settings, gnomeInterface, "enable-animations", appearance.isAnimated);
+    appearance.isContrastHigh =
+        value(settings, common, "contrast", 0U) == 1 ||
+        value(settings, gnomeAccess, "high-contrast", false) ||
+        isNamedForContrast(value(settings, gnomeInterface, "gtk-theme", QString())) ||
+        isNamedForContrast(value(settings, plasma, "ColorScheme", QString()));
+    return appearance;
+}
+
+AppearanceQuestion::AppearanceQuestion(const QDBusConnection& bus) : settings_(ask(bus)) {}
 
 Appearance AppearanceQuestion::answer() {
-    Appearance appearance;
-    const QVariant scale = value(textScale_);
-    if (scale.typeId() == QMetaType::Double && scale.toDouble() >= smallestScale &&
-        scale.toDouble() <= largestScale) {
-        appearance.textScale = scale.toDouble();
+    settings_.waitForFinished();
+    const QDBusMessage reply = settings_.reply();
+    if (reply.type() != QDBusMessage::ReplyMessage ||
+        reply.signature() != QLatin1String("a{sa{sv}}")) {
+        return {};
     }
-    const QVariant isAnimated = value(isAnimated_);
-    if (isAnimated.typeId() == QMetaType::Bool) {
-        appearance.isAnimated = isAnimated.toBool();
-    }
-    return appearance;
+    return appearance(qdbus_cast<PortalSettings>(reply.arguments().first()));
 }
 
 } // namespace vigilo::platform

@@ -2,6 +2,9 @@
 
 #include <QDBusConnection>
 #include <QDBusPendingCall>
+#include <QMap>
+#include <QString>
+#include <QVariantMap>
 
 namespace vigilo::platform {
 
@@ -9,25 +12,29 @@ namespace vigilo::platform {
 struct Appearance {
     double textScale = 1; ///< 0.5 to 3
     bool isAnimated = true;
+    bool isContrastHigh = false;
 
     bool operator==(const Appearance&) const = default;
 };
 
-/// Asks the desktop's settings portal (org.freedesktop.portal.Settings, namespace
-/// org.gnome.desktop.interface, which other desktops fill in, too). Asks when it is made, so that
-/// other work can be done until the answer is there. The portal is started only on a desktop that
-/// surely has one. Main thread.
+/// Keys with their values, by the namespaces of the settings portal.
+using PortalSettings = QMap<QString, QVariantMap>;
+
+/// What settings say of the appearance; what they do not tell, or not sensibly, is as usual.
+Appearance appearance(const PortalSettings& settings);
+
+/// Asks the desktop's settings portal (org.freedesktop.portal.Settings) for the appearance. Asks
+/// when it is made, so that other work can be done until the answer is there. The portal is started
+/// only on a desktop that surely has one. Main thread.
 class AppearanceQuestion {
 public:
     explicit AppearanceQuestion(const QDBusConnection& bus);
 
-    /// What the portal does not tell, in time or sensibly, is as usual. Waits for half a second at
-    /// most.
+    /// As usual without an answer in time. Waits for half a second at most.
     Appearance answer();
 
 private:
-    QDBusPendingCall textScale_;
-    QDBusPendingCall isAnimated_;
+    QDBusPendingCall settings_;
 };
 
 } // namespace vigilo::platform

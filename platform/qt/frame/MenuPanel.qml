@@ -13,7 +13,7 @@ Rectangle {
     implicitHeight: list.implicitHeight + 12
     color: Theme.menuGround
     border.width: 1
-    border.color: Theme.white(0.12)
+    border.color: Theme.menuOutline
 
     MenuList {
         id: list

@@ -51,7 +51,7 @@ T.Popup {
         radius: 12
         color: Theme.menuGround
         border.width: 1
-        border.color: Theme.white(0.12)
+        border.color: Theme.menuOutline
     }
 
     contentItem: MenuList {

@@ -34,7 +34,7 @@ Item {
         x: 10
         width: parent.width - 20
         height: 1
-        color: Theme.white(0.12)
+        color: Theme.menuOutline
         visible: row.isSeparator
     }
 

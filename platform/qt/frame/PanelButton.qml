@@ -12,6 +12,8 @@ PlainButton {
     background: Rectangle {
         radius: 9
         color: button.down ? Qt.darker(Theme.deepBlue, 1.2) : Theme.deepBlue
+        border.width: Theme.edgeWidth
+        border.color: Theme.outline
 
         FocusRing {
             radius: 12

@@ -29,7 +29,7 @@ PlainButton {
     }
 
     contentItem: Item {
-        opacity: button.hovered || button.visualFocus ? 0.95 : 0.4
+        opacity: button.hovered || button.visualFocus ? 0.95 : Theme.dim(0.4).a
 
         Repeater {
             model: button.sign === WindowButton.Lines ? [-3.5, 0, 3.5] : button.sign === WindowButton.Line ? [0] : []

@@ -38,7 +38,7 @@ FocusScope {
         radius: 18
         color: Theme.menuGround
         border.width: 1
-        border.color: Theme.white(0.12)
+        border.color: Theme.menuOutline
 
         Label {
             anchors.right: parent.right
@@ -187,6 +187,8 @@ FocusScope {
                 background: Rectangle {
                     radius: 9
                     color: Theme.white(stay.down ? 0.2 : stay.hovered ? 0.15 : 0.1)
+                    border.width: Theme.edgeWidth
+                    border.color: Theme.outline
 
                     FocusRing {
                         radius: 12

@@ -10,6 +10,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.accessibility import AccessibleDesktop
+from harness.actions import perform
 from harness.agents import Agents
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
@@ -134,6 +135,14 @@ class MainWindow(unittest.TestCase):
         self.display.click(self.window, 60, 480)
         wait_until(lambda: not self.menu_rows(), "the menu to close")
         self.assertEqual(self.value("Awake duration"), "Until stopped")
+
+    def test_an_open_menu_goes_when_a_session_begins_elsewhere(self):
+        self.press("shift+Tab", then_focused="Screen mode")
+        self.press("Return", then_focused="Agent Lock")
+        perform(self.desktop, "toggleProtection")
+        self.desktop.wait_for("heading", "This Mac is staying awake")
+        wait_until(lambda: not self.menu_rows(), "the menu to close")
+        wait_until(lambda: self.focused() == "End Awake Session", "the focus on the button")
 
     def test_a_session_is_run_through_the_screen_readers_interface_alone(self):
         self.desktop.wait_for("push button", "Screen mode").press()

@@ -33,6 +33,13 @@ T.Menu {
             menu.popup(menu.button, 0, menu.button.height + 6);
             menu.currentIndex = Math.max(menu.button.currentIndex, 0);
         }
+
+        // What is chosen for the next session cannot be changed while one runs, wherever it was begun.
+        function onVisibleChanged() {
+            if (!menu.button.visible) {
+                menu.close();
+            }
+        }
     }
 
     background: Rectangle {

@@ -25,6 +25,15 @@ TEST_F(AppDelegateTest, coversEveryDisplayAndGivesTheFirstTheKeyboard) {
     EXPECT_EQ(windows.covers[1].screen.frame.width, 1280);
 }
 
+TEST_F(AppDelegateTest, uncoversTheDisplaysInTheirOrder) {
+    launch();
+    screens.attach({"one", "two", "three"});
+    delegate->agentLock();
+    log.clear();
+    controller().stop();
+    EXPECT_EQ(windowLog(), (DesktopLog{"uncover one", "uncover two", "uncover three"}));
+}
+
 TEST_F(AppDelegateTest, askedForTheLockAgainCoversAnewBeforeItUncovers) {
     launch();
     delegate->agentLock();

@@ -44,6 +44,42 @@ TEST_F(VigiloViewTest, proposesAgentLockUntilStopped) {
     EXPECT_EQ(fired(), (Names{"onStateChange", "onAgentLockRequested"}));
 }
 
+TEST_F(VigiloViewTest, offersItsRowsInOrderAndShowsWhatIsChosen) {
+    const QList<QString> shown{"30 min",  "1 hour",  "2 hours",
+                               "4 hours", "8 hours", "Until stopped"};
+    EXPECT_EQ(VigiloView::durationRows(), (QList<QString>{"30 minutes", "1 hour", "2 hours",
+                                                          "4 hours", "8 hours", "Until stopped"}));
+    for (int row = 0; row < shown.size(); ++row) {
+        view.chooseDuration(row);
+        EXPECT_EQ(view.durationIndex(), row);
+        EXPECT_EQ(view.durationText(), shown[row]);
+    }
+    view.selectMinutes(90);
+    EXPECT_EQ(view.durationIndex(), -1);
+    EXPECT_EQ(view.durationText(), "1 hr 30 min");
+
+    const QList<QString> symbols{"rectangle.on.rectangle", "eye.slash.fill", "lock.fill"};
+    EXPECT_EQ(VigiloView::modeRows(), (QList<QString>{"Stay Visible", "Agent Lock", "Apple Lock"}));
+    EXPECT_EQ(VigiloView::modeRowSymbols(), symbols);
+    for (int row = 0; row < symbols.size(); ++row) {
+        view.chooseMode(row);
+        EXPECT_EQ(view.modeIndex(), row);
+        EXPECT_EQ(view.modeTitle(), VigiloView::modeRows()[row]);
+        EXPECT_EQ(view.modeSymbol(), symbols[row]);
+    }
+}
+
+TEST_F(VigiloViewTest, handsTheMinutesOfEveryRowToTheSession) {
+    const QList<QString> remaining{"29m remaining",    "59m remaining",    "1h 59m remaining",
+                                   "3h 59m remaining", "7h 59m remaining", "Until you stop it"};
+    for (int row = 0; row < remaining.size(); ++row) {
+        view.chooseDuration(row);
+        view.pressAction();
+        EXPECT_EQ(controller->remainingLabel(), remaining[row].toStdString());
+        view.pressAction();
+    }
+}
+
 TEST_F(VigiloViewTest, showsTheIdleState) {
     EXPECT_EQ(view.pillText(), "NORMAL SLEEP");
     EXPECT_EQ(view.heroSymbol(), "moon.stars.fill");

@@ -13,7 +13,6 @@ from harness.processes import Processes, environment, wait_until
 PROJECT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
 BUILD = os.path.join(PROJECT, "build/bench")
 VIGILO = os.path.join(BUILD, "app/vigilo")
-SERVICE = os.path.join(PROJECT, "tests/services/fake_power_service.py")
 
 Watched = collections.namedtuple("Watched", "pid stderr")
 
@@ -28,10 +27,7 @@ class Desktop:
         self.display = VirtualDisplay(self._size)
         self.session_bus = SessionBus()
         self.processes = Processes()
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.environment(), stdout=subprocess.PIPE
-        )
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.environment())
         return self
 
     def __exit__(self, *_):

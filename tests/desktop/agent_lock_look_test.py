@@ -4,7 +4,6 @@ of its design. Usage: agent_lock_look_test.py VIGILO"""
 
 import os
 import signal
-import subprocess
 import sys
 import unittest
 
@@ -18,7 +17,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 HERE = os.path.dirname(os.path.abspath(__file__))
-SERVICE = os.path.join(HERE, "../services/fake_power_service.py")
 WIDTH, HEIGHT = 1440, 900
 
 # Colours of flat or smooth places: (x, y) in points, then red, green, blue.
@@ -103,33 +101,20 @@ class AgentLockLook(unittest.TestCase):
             difference = max(abs(a - b) for a, b in zip(box, expected) if b is not None)
             self.assertLessEqual(difference, 2, "%s: %s" % (name, box))
 
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
-
     def locked(self, scale, running, duration_row=None):
         """A picture of the lock screen with these agents, the session's duration chosen from its menu."""
-        display = self.enter(VirtualDisplay("%dx%dx24" % (WIDTH * scale, HEIGHT * scale)))
-        bus = self.enter(SessionBus())
-        processes = self.enter(Processes())
-        agents = self.enter(Agents(*running))
-        service = processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"],
-            env=environment(DBUS_SESSION_BUS_ADDRESS=bus.address),
-            stdout=subprocess.PIPE,
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        display = self.enterContext(VirtualDisplay("%dx%dx24" % (WIDTH * scale, HEIGHT * scale)))
+        bus = self.enterContext(SessionBus())
+        processes = self.enterContext(Processes())
+        agents = self.enterContext(Agents(*running))
+        variables = environment(DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=bus.address)
+        processes.serve("fake_power_service.py", "plasma", "grant", env=variables)
         vigilo = processes.start(
             Agents.apart(*agents.command(VIGILO)),
-            env=environment(
-                DISPLAY=display.name,
-                WAYLAND_DISPLAY=None,
-                DBUS_SESSION_BUS_ADDRESS=bus.address,
-                QT_SCALE_FACTOR=str(scale),
-                FONTCONFIG_FILE=os.path.join(HERE, "../harness/inter.conf"),
-            ),
+            env=variables | {
+                "QT_SCALE_FACTOR": str(scale),
+                "FONTCONFIG_FILE": os.path.join(HERE, "../harness/inter.conf"),
+            },
         )
         window = wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")[0]
         display.settle()

@@ -19,7 +19,6 @@ from harness.processes import Processes, end, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 HOSTILE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 # Size in pixels and millimetres, and place.
 LEFT, RIGHT, WHOLE = "800/200x900/200+0+0", "800/200x900/200+800+0", "1600/400x900/200+0+0"
 MAGENTA = b"\xff\x00\xff"
@@ -29,10 +28,10 @@ class AgentLock(unittest.TestCase):
     window_manager = None
 
     def setUp(self):
-        self.display = self.enter(VirtualDisplay("1600x900x24"))
-        self.bus = self.enter(SessionBus())
-        self.owner = self.enter(Owner())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay("1600x900x24"))
+        self.bus = self.enterContext(SessionBus())
+        self.owner = self.enterContext(Owner())
+        self.processes = self.enterContext(Processes())
         # The locker that goes before all others notes that it was started.
         programs = os.path.join(self.owner.folder, "bin")
         os.mkdir(programs)
@@ -57,23 +56,13 @@ class AgentLock(unittest.TestCase):
         if self.window_manager:
             self.processes.start([self.window_manager], env=self.variables)
             time.sleep(0.5)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
-        self.service = service
+        self.service = self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.vigilo = self.processes.start(self.owner.command(VIGILO), env=self.variables)
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()
         # The proposed mode is the Agent Lock.
         self.display.click(self.window, 360, 399)
         wait_until(self.is_covered, "the lock")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def xrandr(self, *arguments):
         subprocess.run(["xrandr", *arguments], env=self.variables, check=True, stdout=subprocess.DEVNULL)

@@ -17,26 +17,21 @@ from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 MAGENTA = b"\xff\x00\xff"
 
 
 class AgentLockOnWayland(unittest.TestCase):
     def setUp(self):
-        self.sway = self.enter(Sway(outputs=2))
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.sway = self.enterContext(Sway(outputs=2))
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             **self.sway.environment,
             DBUS_SESSION_BUS_ADDRESS=self.bus.address,
             DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
             QT_QPA_PLATFORM="wayland",
         )
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.vigilo = self.processes.start([VIGILO], env=self.variables)
@@ -45,11 +40,6 @@ class AgentLockOnWayland(unittest.TestCase):
         # The large button has the keyboard, and the proposed mode is the Agent Lock.
         self.press("Return")
         wait_until(self.is_covered, "the lock")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def has_focused_window(self):
         def any_focused(node):

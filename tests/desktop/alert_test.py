@@ -19,9 +19,9 @@ class Alerts(unittest.TestCase):
     """Without a power service a session is refused."""
 
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         config = os.path.join(self.bus.folder, "config")
         # So that the start at login cannot be switched either.
         os.makedirs(os.path.join(config, "autostart/%s.desktop" % ID))
@@ -34,11 +34,6 @@ class Alerts(unittest.TestCase):
         )
         wait_until(lambda: len(self.windows()) == 1, "the window")
         self.display.settle()
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")

@@ -5,7 +5,6 @@ are. Usage: contrast_test.py VIGILO MODULE"""
 
 import json
 import os
-import subprocess
 import sys
 import unittest
 
@@ -21,7 +20,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 SCALE = 2  # so that even a thin stroke has a pixel of its full colour
 LEAST_OF_EDGES = 3
 
@@ -60,18 +58,11 @@ class Contrast(unittest.TestCase):
         self.processes = Processes()
         self.addCleanup(self.processes.stop)
 
-    def serve(self, script, *arguments):
-        service = self.processes.start(
-            ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
-
     def start(self):
         config = os.path.join(self.desktop.folder, self.id())
         # A directory in the place of a file: starting at login cannot be switched on.
         os.makedirs(os.path.join(config, "autostart/io.github.vigilo.Vigilo.desktop"))
-        self.serve("fake_power_service.py", "plasma", "grant")
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.processes.start(
             [VIGILO],
             env=environment(
@@ -178,7 +169,8 @@ class HighContrast(Contrast):
 
     def setUp(self):
         super().setUp()
-        self.serve("fake_settings_portal.py", json.dumps({"org.freedesktop.appearance": {"contrast": 1}}))
+        settings = json.dumps({"org.freedesktop.appearance": {"contrast": 1}})
+        self.processes.serve("fake_settings_portal.py", settings, env=environment())
 
     def test_edges(self):
         self.start()

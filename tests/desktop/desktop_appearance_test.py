@@ -22,7 +22,6 @@ from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 NOWHERE = "unix:path=/nonexistent/bus"
 MAGENTA = (255, 0, 255)
 UNLOCK_BLUE = (10, 132, 255)
@@ -39,33 +38,21 @@ def animations(are_on):
 
 class Appearance(unittest.TestCase):
     def setUp(self):
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
-        self.pam = self.enter(OddPam(MODULE))
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
+        self.pam = self.enterContext(OddPam(MODULE))
         self.pam.does("ask", "Password:")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def start(self, settings, **variables):
         self.variables = environment(
             DBUS_SESSION_BUS_ADDRESS=self.bus.address, DBUS_SYSTEM_BUS_ADDRESS=NOWHERE, **variables
         )
-        for script, *arguments in (
-            ("fake_power_service.py", "plasma", "grant"), ("fake_settings_portal.py", json.dumps(settings)),
-        ):
-            service = self.processes.start(
-                ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments],
-                env=self.variables, stdout=subprocess.PIPE,
-            )
-            self.addCleanup(service.stdout.close)
-            service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
+        self.processes.serve("fake_settings_portal.py", json.dumps(settings), env=self.variables)
         self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
 
     def start_on_wayland(self, settings, **variables):
-        self.sway = self.enter(Sway())
+        self.sway = self.enterContext(Sway())
         self.sway.message("output * resolution 1920x1200")
         self.start(settings, **self.sway.environment, QT_QPA_PLATFORM="wayland", **variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
@@ -73,7 +60,7 @@ class Appearance(unittest.TestCase):
         return wait_until(self.window, "the window")
 
     def start_on_x11(self, settings):
-        self.display = self.enter(VirtualDisplay("1600x1200x24"))
+        self.display = self.enterContext(VirtualDisplay("1600x1200x24"))
         self.start(settings, DISPLAY=self.display.name, WAYLAND_DISPLAY=None)
         window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()

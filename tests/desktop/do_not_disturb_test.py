@@ -22,9 +22,9 @@ GIVEN_BACK = "UnInhibit 7"
 
 class DoNotDisturb(unittest.TestCase):
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             DISPLAY=self.display.name,
             WAYLAND_DISPLAY=None,
@@ -34,11 +34,6 @@ class DoNotDisturb(unittest.TestCase):
         self.service("fake_power_service.py", "plasma", "grant")
         self.processes.start([VIGILO], env=self.variables)
         wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def service(self, program, *arguments):
         """Starts a service; what it prints is in the file that is returned beside it."""

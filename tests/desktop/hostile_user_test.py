@@ -20,7 +20,6 @@ from harness.owner import PASSWORD, Owner
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 DESKTOP = b"\xff\x00\xff"
 SEED = 4711
 
@@ -75,11 +74,11 @@ def is_covered(picture):
 
 class HostileUser(unittest.TestCase):
     def setUp(self):
-        self.display = self.enter(VirtualDisplay("1280x800x24"))
-        self.bus = self.enter(SessionBus())
-        self.owner = self.enter(Owner())
-        self.agents = self.enter(Agents(*(("claude", "project-%03d" % number, False, 1) for number in range(300))))
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay("1280x800x24"))
+        self.bus = self.enterContext(SessionBus())
+        self.owner = self.enterContext(Owner())
+        self.agents = self.enterContext(Agents(*(("claude", "project-%03d" % number, False, 1) for number in range(300))))
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             DISPLAY=self.display.name,
             WAYLAND_DISPLAY=None,
@@ -91,11 +90,7 @@ class HostileUser(unittest.TestCase):
         )
         subprocess.run(["xsetroot", "-solid", "#ff00ff"], env=self.variables, check=True)
         self.processes.start(["openbox"], env=self.variables)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         vigilo = self.processes.start(
             Agents.apart(*self.owner.command(*self.agents.command(VIGILO))), env=self.variables
         )
@@ -107,12 +102,7 @@ class HostileUser(unittest.TestCase):
         self.addCleanup(vigilo.wait)
         self.addCleanup(os.kill, self.namespace, signal.SIGKILL)
         (self.pid,) = self.running(VIGILO)
-        self.watch = self.enter(Watch(self.display))
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
+        self.watch = self.enterContext(Watch(self.display))
 
     def running(self, command):
         """Process ids of ours with this command line."""

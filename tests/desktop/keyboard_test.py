@@ -20,7 +20,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 # The colour of the ring around what has the keyboard, and of the line of a menu that has it.
 RING = (158, 199, 255)
 LINE = (10, 111, 224)
@@ -54,11 +53,7 @@ class Keyboard(unittest.TestCase):
         self.config = os.path.join(self.desktop.folder, self.id())
         self.tools = os.path.join(self.config, "tools")
         os.makedirs(self.tools)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.vigilo = self.processes.start(
             [VIGILO],
             env=environment(

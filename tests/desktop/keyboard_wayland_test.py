@@ -19,7 +19,6 @@ from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 # The colour of the ring around what has the keyboard.
 RING = bytes((158, 199, 255))
 
@@ -32,9 +31,9 @@ class KeyboardOnWayland(unittest.TestCase):
         cls.addClassCleanup(cls.desktop.stop)
 
     def setUp(self):
-        self.sway = self.enter(Sway())
-        pam = self.enter(OddPam(MODULE))
-        processes = self.enter(Processes())
+        self.sway = self.enterContext(Sway())
+        pam = self.enterContext(OddPam(MODULE))
+        processes = self.enterContext(Processes())
         pam.does("ask", "Password:")
         # Its socket and that of the accessibility bus are in different folders.
         socket = os.path.join(self.sway.environment["XDG_RUNTIME_DIR"], self.sway.environment["WAYLAND_DISPLAY"])
@@ -45,20 +44,11 @@ class KeyboardOnWayland(unittest.TestCase):
             QT_QPA_PLATFORM="wayland",
             XDG_CONFIG_HOME=os.path.join(self.desktop.folder, "config"),
         )
-        service = processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
         processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.vigilo = processes.start(pam.command(VIGILO), env=self.variables)
         self.wait_for_focus("Start Awake Session")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def focused(self):
         names = [node.name for node in self.desktop.nodes() if {"focused", "showing"} <= node.states]

@@ -15,7 +15,6 @@ from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, die_with_parent
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 # Neither a display nor a bus unless a test brings one.
 BARE = {
@@ -152,13 +151,9 @@ class OnADisplay(unittest.TestCase):
 
     def test_a_key_held_down_presses_the_button_once(self):
         with SessionBus() as bus, Processes() as processes:
-            service = processes.start(
-                ["/usr/bin/python3", SERVICE, "plasma", "grant"],
-                env=BARE | {"DBUS_SESSION_BUS_ADDRESS": bus.address},
-                stdout=subprocess.PIPE,
-                text=True,
+            service = processes.serve(
+                "fake_power_service.py", "plasma", "grant", env=BARE | {"DBUS_SESSION_BUS_ADDRESS": bus.address}
             )
-            self.assertEqual(service.stdout.readline(), "ready\n")
             process = self.start(DBUS_SESSION_BUS_ADDRESS=bus.address)
             self.wait_for_window(process)
             window = windows_named(self.display.name, "Vigilo")[0]
@@ -174,7 +169,6 @@ class OnADisplay(unittest.TestCase):
             service.terminate()
             # The one press ended the session; closing what it held is no new request.
             self.assertEqual(service.stdout.read().replace("holder gone\n", ""), "release 0\n")
-            service.stdout.close()
 
     def test_the_users_choice_of_a_rendering_backend_holds(self):
         for chosen, expected in ((None, "software"), ("rhi", "rhi")):

@@ -14,7 +14,6 @@ from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 CHOICES = [
     "About Vigilo", "Show Vigilo", "Keep Mac Awake", "Start Agent Lock", "Start with Apple Lock",
@@ -30,16 +29,12 @@ class MainMenu(unittest.TestCase):
         cls.addClassCleanup(cls.desktop.stop)
 
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.processes = self.enterContext(Processes())
         self.config = os.path.join(self.desktop.folder, self.id())
         self.tools = os.path.join(self.config, "tools")
         os.makedirs(self.tools)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.vigilo = self.processes.start(
             [VIGILO],
             env=environment(
@@ -49,11 +44,6 @@ class MainMenu(unittest.TestCase):
         )
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.desktop.wait_for("push button", "Start Awake Session")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def rows(self):
         """The lines of the menu that can be chosen."""

@@ -3,7 +3,6 @@
 numbers of its design. Usage: main_window_look_test.py VIGILO"""
 
 import os
-import subprocess
 import sys
 import unittest
 
@@ -17,7 +16,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 HERE = os.path.dirname(os.path.abspath(__file__))
-SERVICE = os.path.join(HERE, "../services/fake_power_service.py")
 
 # Colours of flat or smooth places: (x, y) in points of the window, then red, green, blue.
 GROUND = {
@@ -74,22 +72,14 @@ class MainWindowLook(unittest.TestCase):
         for scale in (1, 1.5, 2):
             with self.subTest(scale=scale), VirtualDisplay("1600x1240x24") as display, \
                     SessionBus() as bus, Processes() as processes:
-                service = processes.start(
-                    ["/usr/bin/python3", SERVICE, "plasma", "grant"],
-                    env=environment(DBUS_SESSION_BUS_ADDRESS=bus.address),
-                    stdout=subprocess.PIPE,
-                )
-                self.addCleanup(service.stdout.close)
-                service.stdout.readline()
+                variables = environment(DISPLAY=display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=bus.address)
+                processes.serve("fake_power_service.py", "plasma", "grant", env=variables)
                 processes.start(
                     Agents.alone(VIGILO),
-                    env=environment(
-                        DISPLAY=display.name,
-                        WAYLAND_DISPLAY=None,
-                        DBUS_SESSION_BUS_ADDRESS=bus.address,
-                        QT_SCALE_FACTOR=str(scale),
-                        FONTCONFIG_FILE=os.path.join(HERE, "../harness/inter.conf"),
-                    ),
+                    env=variables | {
+                        "QT_SCALE_FACTOR": str(scale),
+                        "FONTCONFIG_FILE": os.path.join(HERE, "../harness/inter.conf"),
+                    },
                 )
                 window = wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")[0]
                 origin = display.position(window)

@@ -3,7 +3,6 @@
 interface. Usage: main_window_test.py VIGILO"""
 
 import os
-import subprocess
 import sys
 import unittest
 
@@ -16,7 +15,6 @@ from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 
 class MainWindow(unittest.TestCase):
@@ -27,22 +25,13 @@ class MainWindow(unittest.TestCase):
         cls.addClassCleanup(cls.desktop.stop)
 
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.processes = self.enter(Processes())
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.display = self.enterContext(VirtualDisplay())
+        self.processes = self.enterContext(Processes())
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.processes.start(Agents.alone(VIGILO), env=environment(DISPLAY=self.display.name, WAYLAND_DISPLAY=None))
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.desktop.wait_for("push button", "Start Awake Session")
         wait_until(lambda: self.focused() == "Start Awake Session", "the focus")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def focused(self):
         """The name of the innermost thing that has the keyboard."""

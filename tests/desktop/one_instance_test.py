@@ -16,30 +16,20 @@ from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 
 class OneInstance(unittest.TestCase):
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=self.bus.address,
             DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
         )
-        self.power = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
-        )
-        self.addCleanup(self.power.stdout.close)
-        self.power.stdout.readline()
+        self.power = self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.first = self.processes.start([VIGILO], env=self.variables)
         self.window = wait_until(self.windows, "the window")[0]
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")

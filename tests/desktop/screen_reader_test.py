@@ -5,7 +5,6 @@ Usage: screen_reader_test.py VIGILO MODULE"""
 
 import os
 import signal
-import subprocess
 import sys
 import unittest
 
@@ -20,7 +19,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 NAME, DESCRIPTION = "object:property-change:accessible-name", "object:property-change:accessible-description"
 FOCUSED, SHOWING, CHECKED = "object:state-changed:focused", "object:state-changed:showing", "object:state-changed:checked"
 
@@ -45,11 +43,7 @@ class ScreenReader(unittest.TestCase):
 
     def start(self):
         """The program alone in its process table, with a shell that starts an agent when it is told to."""
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         script = """trap 'claude 1000 & ' USR1; "$0" & while ! wait $!; do :; done; wait"""
         self.outer = self.processes.start(
             Agents.apart("bash", "-c", script, VIGILO),

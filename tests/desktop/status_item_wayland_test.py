@@ -16,7 +16,6 @@ from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 # A bar with nothing but the tray, on a ground that tells it from an icon.
 BAR = {"layer": "top", "height": 32, "modules-left": ["tray"], "tray": {"icon-size": 24}}
 STYLE = "* { background: #202020; border: none; }"
@@ -27,9 +26,9 @@ class StatusItemOnWayland(unittest.TestCase):
         reason = Sway.missing() or (None if shutil.which("waybar") else "waybar is not installed")
         if reason:
             self.skipTest(reason)
-        self.sway = self.enter(Sway())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.sway = self.enterContext(Sway())
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             **self.sway.environment,
             DBUS_SESSION_BUS_ADDRESS=self.bus.address,
@@ -37,20 +36,11 @@ class StatusItemOnWayland(unittest.TestCase):
             QT_QPA_PLATFORM="wayland",
             XDG_CONFIG_HOME=os.path.join(self.bus.folder, "config"),
         )
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.item = StatusItem(self.bus.address)
         for name, text in (("bar.json", json.dumps(BAR)), ("bar.css", STYLE)):
             with open(os.path.join(self.bus.folder, name), "w", encoding="utf-8") as file:
                 file.write(text)
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def start_bar(self):
         folder = self.bus.folder

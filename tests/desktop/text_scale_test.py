@@ -19,7 +19,6 @@ from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 SIZES = ((1920, 1080), (1366, 768), (1024, 600), (768, 1366))
 SCALE = 2
 # What others lie in.
@@ -57,11 +56,7 @@ class TextScale(unittest.TestCase):
         config = os.path.join(self.desktop.folder, "config-%s-%d" % (self.id(), self.width))
         # A directory in the place of a file: starting at login cannot be switched on.
         os.makedirs(os.path.join(config, "autostart/io.github.vigilo.Vigilo.desktop"), exist_ok=True)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.vigilo = self.processes.start(
             [VIGILO],
             env=environment(

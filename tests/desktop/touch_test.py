@@ -3,7 +3,6 @@
 ones. Usage: touch_test.py VIGILO MODULE SHIM"""
 
 import os
-import subprocess
 import sys
 import unittest
 
@@ -19,7 +18,6 @@ from harness.processes import Processes, environment, wait_until
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
 SHIM = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 # A finger hits what is at least so wide and high, in pixels.
 TARGET = 24
 EDGES = [(0, 0)] + [
@@ -45,11 +43,7 @@ class Touch(unittest.TestCase):
         self.variables = {"LD_PRELOAD": SHIM, "TOUCH_PIPE": self.pipe}
 
     def start(self):
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.processes.start(
             [VIGILO],
             env=environment(

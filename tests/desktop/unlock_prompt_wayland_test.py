@@ -17,7 +17,6 @@ from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 
 class UnlockPromptOnWayland(unittest.TestCase):
@@ -28,9 +27,9 @@ class UnlockPromptOnWayland(unittest.TestCase):
         cls.addClassCleanup(cls.desktop.stop)
 
     def setUp(self):
-        self.sway = self.enter(Sway())
-        self.pam = self.enter(OddPam(MODULE))
-        self.processes = self.enter(Processes())
+        self.sway = self.enterContext(Sway())
+        self.pam = self.enterContext(OddPam(MODULE))
+        self.processes = self.enterContext(Processes())
         self.pam.does("ask", "Password:")
         # Its socket and that of the accessibility bus are in different folders.
         socket = os.path.join(self.sway.environment["XDG_RUNTIME_DIR"], self.sway.environment["WAYLAND_DISPLAY"])
@@ -40,22 +39,13 @@ class UnlockPromptOnWayland(unittest.TestCase):
             DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
             QT_QPA_PLATFORM="wayland",
         )
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.processes.start(self.pam.command(VIGILO), env=self.variables)
         self.desktop.wait_for("push button", "Start Awake Session").press()
         self.desktop.wait_for("push button", UNLOCK).press()
         wait_until(lambda: self.hint() == "Password", "the prompt")
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def hint(self):
         """What is told with the password field; None without one."""

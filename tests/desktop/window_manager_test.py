@@ -20,8 +20,8 @@ NOWHERE = "unix:path=/nonexistent/bus"
 
 class UnderAWindowManager(unittest.TestCase):
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=NOWHERE,
             DBUS_SYSTEM_BUS_ADDRESS=NOWHERE,
@@ -31,11 +31,6 @@ class UnderAWindowManager(unittest.TestCase):
         self.vigilo = self.processes.start([VIGILO], env=self.variables)
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def xdotool(self, *words):
         subprocess.run(["xdotool", *words], env=self.variables, check=True)

@@ -2,14 +2,12 @@
 
 import os
 import signal
-import subprocess
 
 from .agents import Agents
 from .display import windows_named
 from .pam import OddPam
 from .processes import environment, wait_until
 
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 UNLOCK = "Unlock Agent Lock with Touch ID or password"
 APPLE_LOCK = "Switch to secure Apple Lock"
 
@@ -26,11 +24,7 @@ class LockScreen:
         self.pam.does("ask", "Password:")
         self.agents = Agents(*agents)
         case.addCleanup(self.agents.__exit__)
-        service = processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=environment(), stdout=subprocess.PIPE
-        )
-        case.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
         self.process = processes.start(
             Agents.apart(*self.pam.command(*self.agents.command(vigilo))),
             env=environment(

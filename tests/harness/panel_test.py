@@ -2,7 +2,6 @@
 
 import os
 import signal
-import subprocess
 import unittest
 
 from .agents import Agents
@@ -11,7 +10,6 @@ from .display import VirtualDisplay, windows_named
 from .panels import StatusItem, icon_theme
 from .processes import Processes, environment, wait_until
 
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 
 IDLE = [
     "Mac can sleep normally", "No agent processes detected", "-", "Open Vigilo…", "Keep Mac Awake",
@@ -29,18 +27,13 @@ class PanelTest(unittest.TestCase):
     vigilo = None  # its path, from the command line
 
     def setUp(self):
-        self.display = self.enter(VirtualDisplay())
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.display = self.enterContext(VirtualDisplay())
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         self.config = os.path.join(self.bus.folder, "config")
         self.data_folders = icon_theme(os.path.join(self.bus.folder, "share"))
         self.item = StatusItem(self.bus.address)
         self.start_power_service()
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def environment(self, **changes):
         variables = {
@@ -50,11 +43,7 @@ class PanelTest(unittest.TestCase):
         return environment(**(variables | changes))
 
     def start_power_service(self):
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.environment(), stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.environment())
 
     def start(self, **changes):
         program = self.processes.start(Agents.alone(self.vigilo), env=self.environment(**changes))

@@ -6,6 +6,7 @@ import signal
 import subprocess
 import time
 
+SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 _libc = ctypes.CDLL(None)
 _PR_SET_PDEATHSIG = 1
 
@@ -20,6 +21,7 @@ class Processes:
 
     def __init__(self):
         self._started = []
+        self._pipes = []
 
     def __enter__(self):
         return self
@@ -35,9 +37,21 @@ class Processes:
         self._started.append(process)
         return process
 
+    def serve(self, script, *arguments, env):
+        """A script of tests/services that has said on a line that it is there; what else it says can be read."""
+        process = self.start(
+            ["/usr/bin/python3", os.path.join(SERVICES, script), *arguments], env=env, stdout=subprocess.PIPE, text=True
+        )
+        self._pipes.append(process.stdout)
+        if not process.stdout.readline():
+            raise RuntimeError(script + " has not come up")
+        return process
+
     def stop(self):
         while self._started:
             end(self._started.pop())
+        while self._pipes:
+            self._pipes.pop().close()
 
 
 def end(process, timeout=5):

@@ -25,13 +25,13 @@ PLASMA = LIBRARIES + "/libexec/org_kde_powerdevil"
 
 class RealPowerManagers(unittest.TestCase):
     def setUp(self):
-        self.system_bus = self.enter(SystemBus())
-        self.session_bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
+        self.system_bus = self.enterContext(SystemBus())
+        self.session_bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
         home = os.path.join(self.session_bus.folder, "home")
         os.mkdir(home, 0o700)
         self.environment = environment(
-            DISPLAY=self.enter(DummyXorg(SHIM)).name,
+            DISPLAY=self.enterContext(DummyXorg(SHIM)).name,
             DBUS_SESSION_BUS_ADDRESS=self.session_bus.address,
             DBUS_SYSTEM_BUS_ADDRESS=self.system_bus.address,
             HOME=home,
@@ -39,11 +39,6 @@ class RealPowerManagers(unittest.TestCase):
             XDG_RUNTIME_DIR=home,
         )
         self.processes.start([UPOWERD], env=self.environment)
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def call(self, service, path, interface, method, *arguments):
         result = subprocess.run(
@@ -73,7 +68,7 @@ class RealPowerManagers(unittest.TestCase):
         return process
 
     def driver(self):
-        return self.enter(PowerDriver(DRIVER, session_bus=self.session_bus, system_bus=self.system_bus))
+        return self.enterContext(PowerDriver(DRIVER, session_bus=self.session_bus, system_bus=self.system_bus))
 
     @unittest.skipUnless(os.path.exists(XFCE), XFCE + " is not installed")
     def test_xfce_counts_the_lock_over_a_restart_until_it_is_given_back(self):

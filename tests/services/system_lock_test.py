@@ -24,9 +24,9 @@ NOWHERE = "unix:path=/nonexistent/bus"
 
 class SystemLock(unittest.TestCase):
     def setUp(self):
-        self.session_bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
-        self.folder = self.enter(tempfile.TemporaryDirectory())
+        self.session_bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
+        self.folder = self.enterContext(tempfile.TemporaryDirectory())
         os.chmod(self.folder, 0o777)
         self.variables = {
             "DBUS_SESSION_BUS_ADDRESS": self.session_bus.address,
@@ -38,11 +38,6 @@ class SystemLock(unittest.TestCase):
             # Only the lockers that a test puts there.
             "PATH": self.folder,
         }
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def locker(self, name):
         """A locker that only notes that it was started; returns the note's path."""
@@ -114,7 +109,7 @@ class SystemLock(unittest.TestCase):
 class OnXorg(SystemLock):
     def setUp(self):
         super().setUp()
-        self.display = self.enter(DummyXorg(SHIM))
+        self.display = self.enterContext(DummyXorg(SHIM))
         self.variables["DISPLAY"] = self.display.name
 
     def test_the_displays_sleep_and_the_first_locker_is_started_where_nobody_else_locks(self):

@@ -198,59 +198,10 @@ Item {
             height: view.isLow ? 14 : 30
         }
 
-        Capsule {
+        SessionSentence {
             anchors.horizontalCenter: parent.horizontalCenter
-            width: sentence.width + 20
-            height: sentence.height + 20
             visible: !view.model.isActive
-            Accessible.role: Accessible.Grouping
-            Accessible.name: "For " + view.model.durationText + " using " + view.model.modeTitle
-
-            Row {
-                id: sentence
-
-                anchors.centerIn: parent
-                spacing: 9
-
-                Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: "For"
-                    size: 15
-                    rounded: true
-                    font.weight: Font.Medium
-                    color: Theme.secondary
-                }
-
-                ChoiceMenu {
-                    id: durationMenu
-
-                    label: "Awake duration"
-                    value: view.model.durationText
-                    symbol: "clock"
-                    rows: view.model.durationRows
-                    currentIndex: view.model.durationIndex
-                    onChosen: index => view.model.chooseDuration(index)
-                }
-
-                Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: "using"
-                    size: 15
-                    rounded: true
-                    font.weight: Font.Medium
-                    color: Theme.secondary
-                }
-
-                ChoiceMenu {
-                    label: "Screen mode"
-                    value: view.model.modeTitle
-                    symbol: view.model.modeSymbol
-                    rows: view.model.modeRows
-                    rowSymbols: view.model.modeRowSymbols
-                    currentIndex: view.model.modeIndex
-                    onChosen: index => view.model.chooseMode(index)
-                }
-            }
+            model: view.model
         }
 
         Row {

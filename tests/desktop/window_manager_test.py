@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""The main window under a window manager: it is moved by its ground and put away by its own button.
+"""The main window under a window manager: where and as what it comes up, that it is moved by its ground and put
+away by its own button.
 Usage: window_manager_test.py VIGILO"""
 
 import os
@@ -35,14 +36,23 @@ class UnderAWindowManager(unittest.TestCase):
     def xdotool(self, *words):
         subprocess.run(["xdotool", *words], env=self.variables, check=True)
 
+    def asked(self, *command):
+        """What a program prints."""
+        return subprocess.run(command, env=self.variables, check=True, stdout=subprocess.PIPE, text=True).stdout
+
+    def test_it_comes_up_in_the_middle_with_the_keyboard(self):
+        self.assertEqual(self.display.position(self.window), ((1280 - 720) // 2, (800 - 560) // 2))
+        wait_until(lambda: self.asked("xdotool", "getwindowfocus").strip() == self.window, "the keyboard")
+
+    def test_it_has_the_programs_icon(self):
+        icons = self.asked("xprop", "-id", self.window, "_NET_WM_ICON")
+        for size in (16, 32, 64):
+            self.assertIn("Icon (%d x %d)" % (size, size), icons)
+
     def test_it_has_its_size_and_keeps_it(self):
         self.xdotool("windowsize", self.window, "900", "700")
         time.sleep(0.5)
-        size = subprocess.run(
-            ["xdotool", "getwindowgeometry", self.window], env=self.variables, check=True, stdout=subprocess.PIPE,
-            text=True,
-        ).stdout
-        self.assertIn("720x560", size)
+        self.assertIn("720x560", self.asked("xdotool", "getwindowgeometry", self.window))
 
     def test_its_ground_moves_it(self):
         x, y = self.display.position(self.window)

@@ -51,7 +51,6 @@ private:
     };
 
     const Line* find(int id) const;
-    void tellProperties(const QList<MenuLine>& updated, const QList<MenuLineRemovals>& removed);
     void send(const QString& signal, const QVariantList& arguments);
 
     QDBusConnection bus_;

@@ -27,10 +27,10 @@ MOST_LEFT = 12
 
 class SuddenEndsOnWayland(unittest.TestCase):
     def start(self, state):
-        self.sway = self.enter(Sway(outputs=2))
-        self.bus = self.enter(SessionBus())
-        self.processes = self.enter(Processes())
-        self.folder = self.enter(tempfile.TemporaryDirectory(prefix="vigilo-ends-")).name
+        self.sway = self.enterContext(Sway(outputs=2))
+        self.bus = self.enterContext(SessionBus())
+        self.processes = self.enterContext(Processes())
+        self.folder = self.enterContext(tempfile.TemporaryDirectory(prefix="vigilo-ends-"))
         # The locker that goes before all others notes that it was started.
         self.note = os.path.join(self.folder, "locked")
         with open(os.path.join(self.folder, "swaylock"), "w", encoding="utf-8") as file:
@@ -43,7 +43,7 @@ class SuddenEndsOnWayland(unittest.TestCase):
             DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
             QT_QPA_PLATFORM="wayland",
         )
-        self.service = self.enter(PowerService(self.folder, self.processes, self.variables))
+        self.service = self.enterContext(PowerService(self.folder, self.processes, self.variables))
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.program = self.processes.start([VIGILO], env=self.variables)
@@ -54,11 +54,6 @@ class SuddenEndsOnWayland(unittest.TestCase):
         if state == "lock":
             self.lock()
             wait_until(lambda: self.children("vigilo-guard"), "the guard")
-
-    def enter(self, manager):
-        manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return manager
 
     def is_on_the_bus(self):
         connection = dbus.bus.BusConnection(self.bus.address)

@@ -3,20 +3,16 @@ manager and a battery service beside it."""
 
 import os
 import shutil
-import subprocess
 import time
 
 import dbus
 
-from harness.buses import SystemBus
-from harness.display import windows_named
 from harness.owner import NAME
-from harness.panels import EmbeddedItem, StatusItem
+from harness.panels import StatusItem
 from harness.pictures import Picture
 from harness.processes import Processes, environment, wait_until
 from harness.room import Room
-from harness.sway import Sway
-from harness.xorg import DummyXorg
+from harness.system_bus import SystemBus
 
 from .findings import lacks, works
 
@@ -256,77 +252,3 @@ class Environment:
             return lacks(self.no_start_words)
         wait_until(self.windows, "the start at login", 90)
         return works("the next session starts it")
-
-
-class X11Environment(Environment):
-    """On an X server whose displays have power states."""
-
-    def start_display(self):
-        self.display = self.enter(DummyXorg(self.shim))
-        self.room.environment |= {"DISPLAY": self.display.name, "XDG_SESSION_TYPE": "x11"}
-
-    def _run(self, *command):
-        subprocess.run(command, env=environment(DISPLAY=self.display.name), check=True)
-
-    @classmethod
-    def missing(cls):
-        return super().missing() or DummyXorg.missing()
-
-    def ppm(self):
-        return self.display.picture()
-
-    def windows(self):
-        return windows_named(self.display.name, "Vigilo")
-
-    def show_pattern(self):
-        self._run("xsetroot", "-solid", "#ff00ff")
-        # Above the desktop's own ground.
-        self._pattern = self.room.start("display", "-geometry", "+60+60", "-size", "1100x640", "xc:#ff00ff")
-        wait_until(self.shows_pattern, "the test pattern")
-
-    def hide_pattern(self):
-        for pid in self.room.pids("display-im6.q16") + self.room.pids("display"):
-            self.room.run("kill", str(pid))
-        self._pattern.wait()
-
-    def type(self, text):
-        self._run("xdotool", "type", "--delay", "60", text)
-
-    def key(self, *keys):
-        self.display.key(*keys)
-
-    def embedded_item(self, tray):
-        """It is embedded in and shown by a panel that speaks the X11 protocol alone."""
-        wait_until(lambda: EmbeddedItem(self.display).box("Mac is staying awake"), "the status item")
-        self.close_window()
-        self.press_embedded_item()
-        wait_until(self.windows, "the window")
-        return works("shown by %s (XEmbed)" % tray)
-
-    def press_embedded_item(self):
-        icon = EmbeddedItem(self.display)
-        left, top, width, height = wait_until(
-            lambda: icon.box("Mac is staying awake") or icon.box("Normal sleep"), "the status item"
-        )
-        if not (16 <= width <= 32 and 16 <= height <= 32):
-            raise AssertionError("it is %d by %d pixels large" % (width, height))
-        self.display.click_at(left + width // 2, top + height // 2)
-
-    def close_window(self):
-        """Closes the main window by its own button."""
-        for attempt in range(3):
-            self.display.click(self.windows()[0], 704, 16)
-            try:
-                wait_until(lambda: not self.windows(), "the window to go", 10)
-                return
-            except TimeoutError:
-                # A desktop that is still animating takes no clicks.
-                if attempt == 2:
-                    raise
-
-    def is_dark(self):
-        return 3 in self.display.power_levels()
-
-    dark_words = "displays off by DPMS"
-
-

@@ -2,8 +2,8 @@
 
 from harness.processes import wait_until
 
-from .environment import X11Environment
 from .holders import SESSION_MANAGER, LoginManager, SessionManager
+from .x11 import X11Environment
 
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
 

@@ -2,8 +2,8 @@
 
 from harness.processes import wait_until
 
-from .environment import X11Environment
 from .holders import LoginManager
+from .x11 import X11Environment
 
 
 class Lxqt(X11Environment):

@@ -2,9 +2,9 @@
 
 from harness.processes import wait_until
 
-from .environment import X11Environment
 from .findings import lacks
 from .holders import LoginManager
+from .x11 import X11Environment
 
 # The lines of the main menu that can be chosen, from the top.
 MENU = ("showAbout", "showWindow", "toggleProtection", "agentLock", "appleLock", "openLockSettings",

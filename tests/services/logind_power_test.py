@@ -9,9 +9,10 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from harness.buses import SessionBus, SystemBus
+from harness.buses import SessionBus
 from harness.power import PowerDriver
 from harness.processes import Processes, end, environment, wait_until
+from harness.system_bus import SystemBus
 
 DRIVER = sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "fake_power_service.py")

@@ -12,9 +12,10 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from harness.buses import SessionBus, SystemBus
+from harness.buses import SessionBus
 from harness.processes import Processes, die_with_parent, end, environment, wait_until
 from harness.sway import Sway
+from harness.system_bus import SystemBus
 from harness.xorg import DummyXorg
 
 SHIM = sys.argv.pop()

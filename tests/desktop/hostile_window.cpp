@@ -1,19 +1,25 @@
 // A magenta window that wants to be seen over everything, and says "shown" and "key" on standard
 // output when it is mapped and when a key reaches it. Usage: hostile_window
-// unmanaged|above|full-screen|menu|desktop|close
+// unmanaged|returning|insistent|above|full-screen|menu|desktop|close
 //
-// "menu" holds the keyboard and the pointer until a button is pressed, and says "closed" then;
-// "desktop" is the ground below all windows; "close" shows no window but asks the covers of the
-// Agent Lock to close, as a window manager does, says how many there are, and ends.
+// "returning" is unmanaged, too, and comes and goes before it stays; "insistent" as well, and
+// raises itself again and again for a second; "menu" holds the keyboard and the pointer until a
+// button is pressed, and says "closed" then; "desktop" is the ground below all windows; "close"
+// shows no window but asks the covers of the Agent Lock to close, as a window manager does, says
+// how many there are, and ends.
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <thread>
 
 #include <xcb/xcb.h>
 
 namespace {
+
+using namespace std::chrono_literals;
 
 xcb_atom_t atom(xcb_connection_t* server, const char* name) {
     xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(
@@ -96,6 +102,15 @@ bool grab(xcb_connection_t* server, xcb_window_t window) {
     return result;
 }
 
+void raiseAgainAndAgain(xcb_connection_t* server, xcb_window_t window) {
+    for (int i = 0; i < 200; ++i) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(server, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        xcb_flush(server);
+        std::this_thread::sleep_for(5ms);
+    }
+}
+
 void say(const char* word) {
     std::puts(word);
     std::fflush(stdout);
@@ -111,7 +126,9 @@ int main(int argc, char* argv[]) {
         std::printf("%d\n", closeCovers(server, screen->root));
         return EXIT_SUCCESS;
     }
-    const bool isUnmanaged = kind == "unmanaged" || kind == "menu";
+    const bool isUnmanaged =
+        kind == "unmanaged" || kind == "returning" || kind == "insistent" || kind == "menu";
+    int returns = kind == "returning" ? 20 : 0;
     const xcb_window_t window = xcb_generate_id(server);
     const std::uint32_t values[] = {0xFF00FF, isUnmanaged ? 1U : 0U,
                                     XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_KEY_PRESS};
@@ -136,6 +153,17 @@ int main(int argc, char* argv[]) {
     while (xcb_generic_event_t* const event = xcb_wait_for_event(server)) {
         switch (event->response_type & 0x7F) {
         case XCB_MAP_NOTIFY:
+            if (returns > 0) {
+                --returns;
+                std::this_thread::sleep_for(20ms);
+                xcb_unmap_window(server, window);
+                xcb_map_window(server, window);
+                xcb_flush(server);
+                break;
+            }
+            if (kind == "insistent") {
+                raiseAgainAndAgain(server, window);
+            }
             say(kind == "menu" && !grab(server, window) ? "refused" : "shown");
             break;
         case XCB_BUTTON_PRESS:

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <utility>
 
 #include <QGuiApplication>
 #include <QQuickView>
@@ -21,10 +22,6 @@ using namespace std::chrono_literals;
 // Two programs that both want to be on top must not keep the machine busy.
 constexpr auto raisePause = 10ms;
 constexpr auto grabPause = 100ms;
-
-// A compositor keeps its own list of what stands where, and is busy when windows come.
-constexpr auto firstReminder = 100ms;
-constexpr auto lastReminder = 800ms;
 
 xcb_connection_t* connection() {
     const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -111,17 +108,12 @@ X11Placement::X11Placement(QQuickView& view, QScreen& screen) : view_(view) {
     view_.setGeometry(screen.geometry());
     raiseTimer_.setSingleShot(true);
     QObject::connect(&raiseTimer_, &QTimer::timeout, &view_, [this] { putOnTop(); });
-    reminderTimer_.setSingleShot(true);
-    QObject::connect(&reminderTimer_, &QTimer::timeout, &view_, [this] { remindCompositor(); });
     grabTimer_.setSingleShot(true);
     QObject::connect(&grabTimer_, &QTimer::timeout, &view_, [this] { grabKeyboard(); });
 }
 
 X11Placement::~X11Placement() {
     qGuiApp->removeNativeEventFilter(this);
-    if (marker_ != XCB_NONE) {
-        xcb_destroy_window(connection(), marker_);
-    }
 }
 
 void X11Placement::show() {
@@ -132,7 +124,7 @@ void X11Placement::show() {
     keepComposited(window_);
     paintGround();
     readFrame();
-    makeMarker();
+    order_.emplace(connection(), window_);
     qGuiApp->installNativeEventFilter(this);
     view_.show();
     putOnTop();
@@ -162,7 +154,9 @@ bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message,
         // The toolkit waits some tenths of a second, in which the keys go elsewhere.
         focusKeeper_->lose();
     }
-    if (mayUncover(event, window_, frame_) && !raiseTimer_.isActive()) {
+    order_->answer(event);
+    isOverlooked_ = isOverlooked_ || order_->isOverlooked(event);
+    if ((isOverlooked_ || mayUncover(event, window_, frame_)) && !raiseTimer_.isActive()) {
         if (sinceRaise_.isValid() && sinceRaise_.elapsed() < raisePause.count()) {
             raiseTimer_.start(raisePause);
         } else {
@@ -188,15 +182,6 @@ void X11Placement::readFrame() {
     }
 }
 
-/// A window that nobody can see, not even mapped.
-void X11Placement::makeMarker() {
-    marker_ = xcb_generate_id(connection());
-    const std::uint32_t isUnmanaged = 1;
-    xcb_create_window(connection(), 0, marker_, rootWindow(), -10, -10, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
-                      &isUnmanaged);
-}
-
 void X11Placement::putOnTop() {
     // Nothing comes of this in the server, and no event either, when all of it is so already.
     const xcb_configure_window_value_list_t values{
@@ -214,24 +199,22 @@ void X11Placement::putOnTop() {
                                  XCB_CONFIG_WINDOW_STACK_MODE,
                              &values);
     xcb_map_window(connection(), window_);
+    if (std::exchange(isOverlooked_, false)) {
+        putUpAnew();
+    }
+    order_->followRaise();
     xcb_flush(connection());
     sinceRaise_.start();
-    reminder_ = firstReminder;
-    reminderTimer_.start(reminder_);
 }
 
-/// Mutter and the compositor of xfwm4 can miss a raise that comes while they take in a new window
-/// or start, and then draw the cover below it although the server has it above. They mend their
-/// list at the next change of the stack, so here is one that changes nothing to be seen.
-void X11Placement::remindCompositor() {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    for (const xcb_window_t window : {marker_, window_}) {
-        xcb_configure_window(connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+void X11Placement::putUpAnew() {
+    const bool hasKeyboard = focusKeeper_.has_value();
+    if (hasKeyboard) {
+        order_->holdKeyboard();
     }
-    xcb_flush(connection());
-    if (reminder_ < lastReminder) {
-        reminder_ *= 2;
-        reminderTimer_.start(reminder_);
+    order_->putUpAnew(frame_.x(), frame_.y());
+    if (hasKeyboard) {
+        grabKeyboard();
     }
 }
 

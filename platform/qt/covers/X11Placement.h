@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/qt/covers/CompositorOrder.h"
 #include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/covers/FocusKeeper.h"
 #include "platform/qt/covers/GnomeOverview.h"
 #include "platform/qt/covers/XwaylandFocus.h"
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -34,20 +34,18 @@ public:
 private:
     void paintGround();
     void readFrame();
-    void makeMarker();
     void putOnTop();
-    void remindCompositor();
+    void putUpAnew();
     void grabKeyboard();
     bool hasFocus() const;
 
     QQuickView& view_;
     std::uint32_t window_ = 0; ///< the server's number, once it is shown
-    std::uint32_t marker_ = 0; ///< moved to tell compositors of a change in the stack
     QRect frame_;
     QTimer raiseTimer_;
     QElapsedTimer sinceRaise_;
-    QTimer reminderTimer_;
-    std::chrono::milliseconds reminder_{};
+    std::optional<CompositorOrder> order_; ///< once it is shown
+    bool isOverlooked_ = false;            ///< by a compositor
     QTimer grabTimer_;
     std::optional<XwaylandFocus> waylandFocus_; ///< of the one with the keyboard, as are the next
     std::optional<FocusKeeper> focusKeeper_;

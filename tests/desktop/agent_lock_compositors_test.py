@@ -134,6 +134,18 @@ class CoversThatHold(AgentLock):
                     end(other.process)
         self.expect_the_keyboard()
 
+    @unittest.skipIf(COMPOSITOR is KWin, "it draws those of X11 programs above every layer")
+    def test_unmanaged_windows_that_come_later_do_not_stay_to_be_seen(self):
+        self.lock()
+        for _ in range(5):
+            other = OtherProgram(self, "unmanaged", "xcb")
+            wait_until(lambda: "shown" in other.lines(), "the window")
+            wait_until(self.is_covered, "the lock")
+            time.sleep(0.5)
+            self.assertTrue(self.is_covered())
+            end(other.process)
+        self.expect_the_keyboard()
+
     def test_the_compositors_own_shortcuts_neither_uncover_it_nor_take_the_keyboard(self):
         self.lock()
         for keys in ("alt+F4", "super", "super+d", "ctrl+alt+Right", "ctrl+alt+Left"):

@@ -1,6 +1,6 @@
 // Magenta windows of another program, one a display, on the toolkit's platform. It writes the line
 // "shown" when one was drawn and "key ..." for each key that they get. Usage: other_window
-// normal|full-screen
+// normal|full-screen|unmanaged
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -34,13 +34,16 @@ private:
 
 int main(int argc, char* argv[]) {
     const QGuiApplication application(argc, argv);
-    const bool isFullScreen = argc > 1 && std::string_view(argv[1]) == "full-screen";
+    const std::string_view kind = argc > 1 ? argv[1] : "";
     std::vector<std::unique_ptr<OtherWindow>> windows;
     for (QScreen* const screen : QGuiApplication::screens()) {
         auto& window = windows.emplace_back(std::make_unique<OtherWindow>());
         window->setScreen(screen);
         window->setGeometry(QRect(screen->geometry().topLeft(), QSize(400, 300)));
-        if (isFullScreen) {
+        if (kind == "unmanaged") {
+            window->setFlag(Qt::BypassWindowManagerHint);
+        }
+        if (kind == "full-screen") {
             window->showFullScreen();
         } else {
             window->show();

@@ -49,7 +49,6 @@ CompositorOrder::CompositorOrder(xcb_connection_t* server, std::uint32_t cover)
     : server_(server), root_(xcb_setup_roots_iterator(xcb_get_setup(server)).data->root),
       cover_(cover), marker_(xcb_generate_id(server)),
       compositor_(xcbAtom(server, "_NET_WM_CM_S0")),
-      clientList_(xcbAtom(server, "_NET_CLIENT_LIST")),
       managerCheck_(xcbAtom(server, "_NET_SUPPORTING_WM_CHECK")),
       name_(xcbAtom(server, "_NET_WM_NAME")) {
     const std::uint32_t isUnmanaged = 1;
@@ -96,7 +95,7 @@ void CompositorOrder::answer(const xcb_generic_event_t* event) const {
 }
 
 bool CompositorOrder::isOverlooked(const xcb_generic_event_t* event) const {
-    return isStart(event) || isUnsortable(event);
+    return isStart(event) || isAboveInMutter(event);
 }
 
 /// The compositor of xfwm4 does not take in the unmanaged windows that are there when it starts.
@@ -108,8 +107,9 @@ bool CompositorOrder::isStart(const xcb_generic_event_t* event) const {
     return change->window == marker_ && change->owner != XCB_NONE;
 }
 
-/// Another program's unmanaged window came, and there are no managed ones to be out of place among.
-bool CompositorOrder::isUnsortable(const xcb_generic_event_t* event) const {
+/// Another program's unmanaged window came. To put all in order Mutter needs a picture more, and
+/// managed windows for the marker to be out of place among.
+bool CompositorOrder::isAboveInMutter(const xcb_generic_event_t* event) const {
     if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) {
         return false;
     }
@@ -119,10 +119,10 @@ bool CompositorOrder::isUnsortable(const xcb_generic_event_t* event) const {
     if (isOurs || map->override_redirect == 0) {
         return false;
     }
-    return windowIn(server_, root_, clientList_) == XCB_NONE && isMutter();
+    return isMutter();
 }
 
-/// Not the one of a Wayland session, whose managed windows the X server does not know.
+/// Not the one of a Wayland session, where a cover that is unmapped is gone for some pictures.
 bool CompositorOrder::isMutter() const {
     const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         server_, xcb_get_selection_owner(server_, compositor_), nullptr));

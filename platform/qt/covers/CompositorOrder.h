@@ -37,8 +37,8 @@ public:
 
 private:
     bool isStart(const xcb_generic_event_t* event) const;
+    bool isAboveInMutter(const xcb_generic_event_t* event) const;
     bool isMutter() const;
-    bool isUnsortable(const xcb_generic_event_t* event) const;
     void remind();
 
     xcb_connection_t* server_;
@@ -46,7 +46,6 @@ private:
     std::uint32_t cover_;
     std::uint32_t marker_;     ///< moved to make compositors look at the stack
     std::uint32_t compositor_; ///< the selection that a running one owns
-    std::uint32_t clientList_;
     std::uint32_t managerCheck_;
     std::uint32_t name_;
     std::uint8_t selectionEvent_ = 0; ///< none where it is 0

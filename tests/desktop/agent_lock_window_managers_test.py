@@ -33,6 +33,8 @@ WINDOW_MANAGERS = {
     "xfwm4-compositing": (("xfwm4", "--compositor=on", "--vblank=off"), {}, True),
     "metacity": (("metacity", "--no-composite"), {}, False),
     "metacity-compositing": (("metacity", "--composite"), {}, True),
+    "marco": (("marco", "--no-composite"), {}, False),
+    "marco-compositing": (("marco", "--composite"), {}, True),
     "kwin": (("kwin_x11",), {"KWIN_COMPOSE": "N"}, False),
     "kwin-compositing": (("kwin_x11",), {"KWIN_COMPOSE": "O2"}, True),
     "mutter": (("mutter", "--x11"), {}, True),

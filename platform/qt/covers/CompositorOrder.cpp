@@ -116,18 +116,12 @@ bool CompositorOrder::isAboveInMutter(const xcb_generic_event_t* event) const {
     const auto* const map = reinterpret_cast<const xcb_map_notify_event_t*>(event);
     const xcb_setup_t* const setup = xcb_get_setup(server_);
     const bool isOurs = (map->window & ~setup->resource_id_mask) == setup->resource_id_base;
-    if (isOurs || map->override_redirect == 0) {
-        return false;
-    }
-    return isMutter();
+    return !isOurs && map->override_redirect != 0 && isMutter();
 }
 
-/// Not the one of a Wayland session, where a cover that is unmapped is gone for some pictures.
 bool CompositorOrder::isMutter() const {
-    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        server_, xcb_get_selection_owner(server_, compositor_), nullptr));
     const xcb_window_t manager = windowIn(server_, root_, managerCheck_);
-    if (!owner || owner->owner == XCB_NONE || manager == XCB_NONE) {
+    if (manager == XCB_NONE) {
         return false;
     }
     const auto reply = property(server_, manager, name_, XCB_GET_PROPERTY_TYPE_ANY);

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """The Agent Lock on Wayland compositors other than sway: what it hides on two outputs, who gets the keys,
-and what comes above it. Usage: agent_lock_compositors_test.py COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEYBOARD"""
+what comes above it, and what becomes of it when they change.
+Usage: agent_lock_compositors_test.py COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEYBOARD KWIN_OUTPUTS"""
 
 import os
 import re
@@ -12,13 +13,26 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.actions import perform
-from harness.compositors import GnomeShell, KWin, Mutter, Weston
+from harness.compositors import HEIGHT, SIDE_BY_SIDE, WIDTH, GnomeShell, KWin, Mutter, Place, Weston
 from harness.processes import Processes, end, environment, wait_until
 
 COMPOSITOR = {"kwin": KWin, "mutter": Mutter, "gnome_shell": GnomeShell, "weston": Weston}[sys.argv.pop(1)]
-VIGILO, OTHER, KEYBOARD = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
+VIGILO, OTHER, KEYBOARD, OUTPUTS = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
 SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
 MAGENTA = b"\xff\x00\xff"
+# The edges of a cover are somewhere between these, the desktops below are not: magenta, blue, or nothing at all.
+DARKEST, LIGHTEST = (1, 1, 1), (0x20, 0x20, 0x40)
+# What becomes of the two outputs, each time from what was before.
+ARRANGEMENTS = {
+    "the second goes": [Place(0, 0, 0)],
+    "the second comes": SIDE_BY_SIDE,
+    "the first goes": [Place(1, 0, 0)],
+    "the first comes as the second": [Place(1, 0, 0), Place(0, WIDTH, 0)],
+    "both change places, one its scale": [Place(0, 0, 0), Place(1, WIDTH, 0, scale=2)],
+    "only the scaled one is left": [Place(1, 0, 0, scale=2)],
+    "the other comes, turned": [Place(0, 0, 0, is_turned=True), Place(1, HEIGHT, 0)],
+    "one is above the other": [Place(1, 0, 0), Place(0, 0, HEIGHT)],
+}
 
 
 class OtherProgram:
@@ -42,7 +56,7 @@ class OtherProgram:
 
 class AgentLock(unittest.TestCase):
     def setUp(self):
-        self.compositor = COMPOSITOR(KEYBOARD) if COMPOSITOR is KWin else COMPOSITOR()
+        self.compositor = COMPOSITOR(KEYBOARD, OUTPUTS) if COMPOSITOR is KWin else COMPOSITOR()
         self.addCleanup(self.compositor.stop)
         self.processes = Processes()
         self.addCleanup(self.processes.stop)
@@ -190,6 +204,51 @@ class FullScreenWindows(AgentLock):
         end(other.process)
         wait_until(self.is_covered, "the covers")
         time.sleep(1)
+        self.expect_the_keyboard()
+
+
+# GNOME's shell does as its compositor alone, which starts sooner.
+@unittest.skipUnless(COMPOSITOR in (KWin, Mutter), "its outputs stay as they are")
+class ChangingOutputs(AgentLock):
+    def covers(self):
+        """Whether a cover is what shows at the edges of an output, for each of them."""
+        width, _ = self.compositor.size()
+        pixels = self.compositor.pixels()
+
+        def is_dark(x, y):
+            colour = pixels[3 * (y * width + x) :][:3]
+            return all(low <= value <= high for low, value, high in zip(DARKEST, colour, LIGHTEST))
+
+        for x, y, across, down in self.compositor.frames():
+            points = [(x + i * (across - 1) // 16, y + j) for i in range(17) for j in (0, down - 1)]
+            points += [(x + i, y + j * (down - 1) // 16) for i in (0, across - 1) for j in range(17)]
+            yield all(is_dark(*point) for point in points)
+
+    def is_hidden(self):
+        return self.is_covered() and all(self.covers())
+
+    def test_every_output_stays_covered_and_the_keyboard_with_the_lock(self):
+        for name, places in ARRANGEMENTS.items():
+            self.compositor.arrange(*places)
+            time.sleep(0.3)
+            self.assertFalse(any(self.covers()), "without the lock: " + name)
+        self.compositor.arrange(*SIDE_BY_SIDE)
+        self.lock()
+        for name, places in ARRANGEMENTS.items():
+            self.compositor.arrange(*places)
+            wait_until(self.is_hidden, "the covers after this: " + name)
+            # The desktop below takes its time to follow.
+            time.sleep(0.3)
+            self.assertTrue(self.is_hidden(), name)
+        # Now with the prompt.
+        self.compositor.key("x")
+        time.sleep(0.5)
+        for name in ("the first goes", "the first comes as the second"):
+            self.compositor.arrange(*ARRANGEMENTS[name])
+            wait_until(self.is_hidden, "the covers and the prompt after this: " + name)
+        # A window that has just come with an output may have got keys; no more.
+        time.sleep(1)
+        self.keys_before = len(self.below.keys())
         self.expect_the_keyboard()
 
 

@@ -1,10 +1,10 @@
-// Magenta windows of another program, one a display, on the toolkit's platform. It writes the line
-// "shown" when one was drawn and "key ..." for each key that they get. Usage: other_window
-// normal|full-screen|unmanaged
+// Magenta windows of another program, one a display, also on one that comes later, on the toolkit's
+// platform. It writes the line "shown" when one was drawn and "key ..." for each key that they get.
+// Usage: other_window normal|full-screen|unmanaged
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -35,9 +35,10 @@ private:
 int main(int argc, char* argv[]) {
     const QGuiApplication application(argc, argv);
     const std::string_view kind = argc > 1 ? argv[1] : "";
-    std::vector<std::unique_ptr<OtherWindow>> windows;
-    for (QScreen* const screen : QGuiApplication::screens()) {
-        auto& window = windows.emplace_back(std::make_unique<OtherWindow>());
+    std::map<QScreen*, std::unique_ptr<OtherWindow>> windows;
+    const auto open = [&windows, kind](QScreen* screen) {
+        auto& window = windows[screen];
+        window = std::make_unique<OtherWindow>();
         window->setScreen(screen);
         window->setGeometry(QRect(screen->geometry().topLeft(), QSize(400, 300)));
         if (kind == "unmanaged") {
@@ -48,6 +49,12 @@ int main(int argc, char* argv[]) {
         } else {
             window->show();
         }
+    };
+    for (QScreen* const screen : QGuiApplication::screens()) {
+        open(screen);
     }
+    QObject::connect(&application, &QGuiApplication::screenAdded, &application, open);
+    QObject::connect(&application, &QGuiApplication::screenRemoved, &application,
+                     [&windows](QScreen* screen) { windows.erase(screen); });
     return QGuiApplication::exec();
 }

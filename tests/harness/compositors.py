@@ -1,6 +1,7 @@
 """Private Wayland compositors with two outputs side by side and an X server of their own, apart from sway,
 which has a module of its own. All look the same to a test."""
 
+import collections
 import glob
 import os
 import re
@@ -14,6 +15,10 @@ from .processes import Processes, environment, wait_until
 
 WIDTH, HEIGHT = 800, 600
 NOBODY = 65534
+DISPLAYS = "org.gnome.Mutter.DisplayConfig"
+# An output that is on: its number, the corner of its picture in the picture of all, and how it is used.
+Place = collections.namedtuple("Place", "output x y scale is_turned", defaults=(1, False))
+SIDE_BY_SIDE = (Place(0, 0, 0), Place(1, WIDTH, 0))
 X_SERVER = r"display (?P<name>:\d+)(?: with (?P<authority>\S+))?"
 
 
@@ -34,6 +39,7 @@ class Compositor:
         return None
 
     def __init__(self):
+        self.places = SIDE_BY_SIDE
         self.processes = Processes()
         self.folder = tempfile.mkdtemp(prefix="vigilo-compositor-")
         os.chmod(self.folder, 0o700)
@@ -90,8 +96,29 @@ class Compositor:
         shutil.chown(copy, NOBODY, NOBODY)
         return ["setpriv", "--reuid", str(NOBODY), "--regid", str(NOBODY), "--clear-groups", copy]
 
+    def frames(self):
+        """The rectangle of each output that is on, in the picture of all: x, y, width, height."""
+        result = []
+        for place in self.places:
+            size = self.scaled(WIDTH, place.scale), self.scaled(HEIGHT, place.scale)
+            result.append((place.x, place.y, *(reversed(size) if place.is_turned else size)))
+        return result
+
+    def size(self):
+        """Width and height of the picture of all."""
+        return tuple(max(frame[axis] + frame[axis + 2] for frame in self.frames()) for axis in (0, 1))
+
     def pixels(self):
-        """What both outputs show, three bytes a pixel."""
+        """What the outputs show, three bytes a pixel."""
+        raise NotImplementedError
+
+    @staticmethod
+    def scaled(length, scale):
+        """How long an output of this scale is in the picture of all."""
+        raise NotImplementedError
+
+    def arrange(self, *places):
+        """Uses the outputs that are named, and switches the others off."""
         raise NotImplementedError
 
     def key(self, *keys):
@@ -118,12 +145,23 @@ class Nested(Compositor):
     programs = ("Xvfb", "xdotool", "import")
 
     def begin(self):
-        self.display = VirtualDisplay("%dx%dx24" % (2 * WIDTH, HEIGHT))
+        # With room for one that is twice as large.
+        self.display = VirtualDisplay("%dx%dx24" % (3 * WIDTH, 2 * HEIGHT))
+        self.rest_pointer()
         self.variables = self.variables | {"DISPLAY": self.display.name}
         super().begin()
 
+    def rest_pointer(self):
+        """Moves the pointer to where the outputs have the keyboard and nothing is to be clicked."""
+        for x in (61, 60):
+            self.display.move_pointer(x, 230)
+
     def pixels(self):
-        return self.display.picture().split(b"255\n", 1)[1]
+        return self.display.picture(*self.size()).split(b"255\n", 1)[1]
+
+    @staticmethod
+    def scaled(length, scale):
+        return length * scale
 
     def key(self, *keys):
         self.display.key(*keys)
@@ -139,11 +177,40 @@ class Mutter(Nested):
 
     command = ("mutter", "--wayland", "--nested")
     variables = {
-        "MUTTER_DEBUG_NUM_DUMMY_MONITORS": "2", "MUTTER_DEBUG_DUMMY_MODE_SPECS": "%dx%d" % (WIDTH, HEIGHT),
+        "MUTTER_DEBUG_NUM_DUMMY_MONITORS": "2",
+        "MUTTER_DEBUG_DUMMY_MODE_SPECS": ":".join("%dx%d" % (WIDTH * scale, HEIGHT * scale) for scale in (1, 2)),
     }
 
+    def arrange(self, *places):
+        # A scale of two is not allowed on an output so small; such a one has twice as many pixels.
+        import dbus  # only where it is needed
 
-class GnomeShell(Nested):
+        connection = dbus.bus.BusConnection(self.bus.address)
+        try:
+            monitors = dbus.Interface(
+                connection.get_object(DISPLAYS, "/" + DISPLAYS.replace(".", "/"), introspect=False), DISPLAYS
+            )
+            serial, outputs, *_ = monitors.GetCurrentState()
+
+            def used(place):
+                name, modes = outputs[place.output][0][0], outputs[place.output][1]
+                (mode,) = [mode[0] for mode in modes if mode[1] == WIDTH * place.scale]
+                return (
+                    dbus.Int32(place.x), dbus.Int32(place.y), dbus.Double(place.scale), dbus.UInt32(place.is_turned),
+                    place is places[0], [(name, mode, dbus.Dictionary(signature="sv"))],
+                )
+
+            monitors.ApplyMonitorsConfig(
+                dbus.UInt32(serial), dbus.UInt32(1), [used(place) for place in places],
+                dbus.Dictionary(signature="sv"),
+            )
+        finally:
+            connection.close()
+        self.places = places
+        self.rest_pointer()  # it goes to a corner
+
+
+class GnomeShell(Mutter):
     """It begins with its overview, which is ended."""
 
     command = ("gnome-shell", "--wayland", "--nested")
@@ -195,7 +262,8 @@ class Weston(Nested):
 
 
 class KWin(Compositor):
-    """The compositor of Plasma, on outputs without hardware; `keyboard` is the built virtual_keyboard."""
+    """The compositor of Plasma, on outputs without hardware; `keyboard` is the built virtual_keyboard
+    and `outputs` the built kwin_outputs."""
 
     command = (
         "kwin_wayland", "--virtual", "--output-count", "2", "--width", str(WIDTH), "--height", str(HEIGHT),
@@ -203,8 +271,9 @@ class KWin(Compositor):
     )
     variables = {"KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1"}
 
-    def __init__(self, keyboard):
+    def __init__(self, keyboard, outputs):
         self._keyboard = keyboard
+        self._outputs = outputs
         super().__init__()
 
     def begin(self):
@@ -213,8 +282,8 @@ class KWin(Compositor):
         with open(tell, "w", encoding="utf-8") as file:
             file.write('#!/bin/sh\necho "display $DISPLAY with $XAUTHORITY"\n')
         os.chmod(tell, 0o755)
-        # It takes keys only from a program whose file it can see.
-        self._keyboard = self.own(self._keyboard)
+        # It takes such requests only from a program whose file it can see.
+        self._keyboard, self._outputs = self.own(self._keyboard), self.own(self._outputs)
         super().begin()
 
     def pixels(self):
@@ -241,3 +310,16 @@ class KWin(Compositor):
 
     def key(self, *keys):
         subprocess.run([*self._keyboard, *keys], env=environment(**self.environment), check=True)
+
+    @staticmethod
+    def scaled(length, scale):
+        return length // scale
+
+    def arrange(self, *places):
+        changes = ["%d:%d,%d,%d,%d" % place for place in places]
+        off = {0, 1} - {place.output for place in places}
+        subprocess.run(
+            [*self._outputs, *changes, *("%d:off" % output for output in off)],
+            env=environment(**self.environment), check=True,
+        )
+        self.places = places

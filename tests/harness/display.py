@@ -48,10 +48,11 @@ class VirtualDisplay:
         """Writes the whole screen as a PNG."""
         subprocess.run(["/usr/bin/import", "-display", self.name, "-window", "root", path], check=True)
 
-    def picture(self):
-        """The screen's pixels."""
+    def picture(self, width=None, height=None):
+        """The screen's pixels, or those of its upper left corner."""
+        crop = ["-crop", "%dx%d+0+0" % (width, height)] if width else []
         return subprocess.run(
-            ["/usr/bin/import", "-display", self.name, "-window", "root", "-depth", "8", "ppm:-"],
+            ["/usr/bin/import", "-display", self.name, "-window", "root", *crop, "-depth", "8", "ppm:-"],
             check=True,
             stdout=subprocess.PIPE,
         ).stdout

@@ -204,7 +204,10 @@ void AppDelegate::showAgentLock() {
     auto replaced = std::exchange(privacyWindows_, {});
     for (const platform::Screen& screen : environment_.screens.screens()) {
         privacyWindows_.push_back(makePrivacyWindow(screen));
-        privacyWindows_.back()->orderFrontRegardless();
+    }
+    // Only now: while a display server shows one it answers late to what makes the next.
+    for (const auto& window : privacyWindows_) {
+        window->orderFrontRegardless();
     }
     discard(std::move(replaced));
     if (!privacyWindows_.empty()) {

@@ -14,13 +14,16 @@
 
 namespace vigilo::platform {
 
-ContentView::ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
-                         const Colour& background, std::function<void()> onCloseRequested)
+ContentView::ContentView(QQmlEngine& engine, const Colour& background,
+                         std::function<void()> onCloseRequested)
     : QQuickView(&engine, nullptr), onCloseRequested_(std::move(onCloseRequested)) {
     setColor(QColor::fromRgbF(
         static_cast<float>(background.red), static_cast<float>(background.green),
         static_cast<float>(background.blue), static_cast<float>(background.alpha)));
     setResizeMode(QQuickView::SizeRootObjectToView);
+}
+
+void ContentView::load(const std::string& content, QObject* model) {
     setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(model)}});
     setSource(
         QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/%1.qml").arg(QString::fromStdString(content))));

@@ -12,10 +12,13 @@ namespace vigilo::platform {
 /// A view of one of our QML types; it never closes by itself.
 class ContentView : public QQuickView {
 public:
-    /// `content` and `model` as in WindowSpec. `onCloseRequested` is called when somebody wants it
-    /// closed; null to have it hide then. Content that cannot be made stops the process.
-    ContentView(QQmlEngine& engine, const std::string& content, QObject* model,
-                const Colour& background, std::function<void()> onCloseRequested);
+    /// `onCloseRequested` is called when somebody wants it closed; null to have it hide then.
+    ContentView(QQmlEngine& engine, const Colour& background,
+                std::function<void()> onCloseRequested);
+
+    /// Makes what it shows, once; `content` and `model` as in WindowSpec. Content that cannot be
+    /// made stops the process.
+    void load(const std::string& content, QObject* model);
 
     /// Takes the size that its content wants, as far as there is room on its display.
     void fitToContent();

@@ -16,15 +16,17 @@ constexpr auto loanAfterEnd = 500ms;
 
 QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,
                  DescriptorReserve::Loan descriptors)
-    : descriptors_(std::move(descriptors)),
-      view_(engine, coverSpec.content, coverSpec.model, coverSpec.background, [] {}),
-      placement_(makeCoverPlacement(view_, screen)) {
+    : descriptors_(std::move(descriptors)), content_(coverSpec.content), model_(coverSpec.model),
+      view_(engine, coverSpec.background, [] {}), placement_(makeCoverPlacement(view_, screen)) {
     view_.setTitle(QString::fromStdString(coverSpec.title));
 }
 
 void QtCover::orderFrontRegardless() {
     if (placement_) {
         placement_->show();
+        // The bare grounds of all covers come first: what matters is that nothing is seen.
+        QMetaObject::invokeMethod(
+            &view_, [this] { view_.load(content_, model_); }, Qt::QueuedConnection);
     }
 }
 

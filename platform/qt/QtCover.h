@@ -6,6 +6,7 @@
 #include "platform/qt/covers/CoverPlacement.h"
 
 #include <memory>
+#include <string>
 
 class QScreen;
 
@@ -24,6 +25,8 @@ public:
 
 private:
     DescriptorReserve::Loan descriptors_;
+    std::string content_;
+    QObject* model_;
     ContentView view_;
     std::unique_ptr<CoverPlacement> placement_;
 };

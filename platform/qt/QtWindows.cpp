@@ -102,8 +102,9 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                               std::function<void()> onCloseRequested) {
     return std::make_unique<QtWindow>(
         [this, windowSpec, onCloseRequested] {
-            auto view = std::make_unique<ContentView>(engine_, windowSpec.content, windowSpec.model,
-                                                      windowSpec.background, onCloseRequested);
+            auto view =
+                std::make_unique<ContentView>(engine_, windowSpec.background, onCloseRequested);
+            view->load(windowSpec.content, windowSpec.model);
             view->setFlags(Qt::Window | Qt::FramelessWindowHint);
             view->setTitle(QString::fromStdString(windowSpec.title));
             addFrame(*view);
@@ -115,7 +116,8 @@ std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
 std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::WindowFlags flags,
                                                   const std::string& content, QObject* model) {
     constexpr Colour ground{.red = 0.11, .green = 0.12, .blue = 0.16};
-    auto view = std::make_unique<ContentView>(engine_, content, model, ground, nullptr);
+    auto view = std::make_unique<ContentView>(engine_, ground, nullptr);
+    view->load(content, model);
     view->setFlags(flags | Qt::FramelessWindowHint);
     view->setTitle(title);
     view->fitToContent();

@@ -21,7 +21,9 @@ void add(void* data, wl_registry* registry, std::uint32_t name, const char* inte
          std::uint32_t version) {
     auto& shell = *static_cast<LayerShell*>(data);
     const std::string_view offered = interface;
-    if (offered == zwlr_layer_shell_v1_interface.name) {
+    if (offered == wl_shm_interface.name) {
+        shell.memory = static_cast<wl_shm*>(wl_registry_bind(registry, name, &wl_shm_interface, 1));
+    } else if (offered == zwlr_layer_shell_v1_interface.name) {
         shell.shell = static_cast<zwlr_layer_shell_v1*>(wl_registry_bind(
             registry, name, &zwlr_layer_shell_v1_interface, std::min(version, latestShell)));
     } else if (offered == zwp_keyboard_shortcuts_inhibit_manager_v1_interface.name) {
@@ -37,10 +39,15 @@ constexpr wl_registry_listener registryListener{.global = add, .global_remove = 
 } // namespace
 
 std::shared_ptr<LayerShell> LayerShell::connect() {
+    // The compositor answers late when it has just begun to show a first cover.
+    static std::weak_ptr<LayerShell> inUse;
+    if (auto shell = inUse.lock()) {
+        return shell;
+    }
     if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         return nullptr;
     }
-    const std::shared_ptr<LayerShell> shell(new LayerShell);
+    std::shared_ptr<LayerShell> shell(new LayerShell);
     shell->display = static_cast<wl_display*>(
         QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display"));
     if (shell->display == nullptr) {
@@ -54,7 +61,11 @@ std::shared_ptr<LayerShell> LayerShell::connect() {
     wl_registry_add_listener(registry, &registryListener, shell.get());
     wl_display_roundtrip_queue(shell->display, shell->queue);
     wl_registry_destroy(registry);
-    return shell->shell != nullptr ? shell : nullptr;
+    if (shell->shell == nullptr) {
+        return nullptr;
+    }
+    inUse = shell;
+    return shell;
 }
 
 LayerShell::~LayerShell() {
@@ -63,6 +74,9 @@ LayerShell::~LayerShell() {
     }
     if (shell != nullptr) {
         zwlr_layer_shell_v1_destroy(shell);
+    }
+    if (memory != nullptr) {
+        wl_shm_destroy(memory);
     }
     if (queue != nullptr) {
         wl_event_queue_destroy(queue);

@@ -4,6 +4,7 @@
 
 struct wl_display;
 struct wl_event_queue;
+struct wl_shm;
 struct zwlr_layer_shell_v1;
 struct zwp_keyboard_shortcuts_inhibit_manager_v1;
 
@@ -12,7 +13,8 @@ namespace vigilo::platform {
 /// What a Wayland compositor offers for covers, over the toolkit's own connection.
 class LayerShell {
 public:
-    /// None where the display server is no Wayland compositor or offers no layers.
+    /// The one that is in use already, or else a new one; none where the display server is no
+    /// Wayland compositor or offers no layers. Main thread.
     static std::shared_ptr<LayerShell> connect();
     ~LayerShell();
     LayerShell(const LayerShell&) = delete;
@@ -20,6 +22,7 @@ public:
 
     wl_display* display = nullptr;
     wl_event_queue* queue = nullptr; ///< for answers that must come before anything else happens
+    wl_shm* memory = nullptr;
     zwlr_layer_shell_v1* shell = nullptr;
     zwp_keyboard_shortcuts_inhibit_manager_v1* shortcuts = nullptr; ///< perhaps not offered
 

@@ -1,5 +1,6 @@
 #include "platform/qt/covers/LayerShellPlacement.h"
 
+#include "platform/linux/FileDescriptor.h"
 #include "platform/qt/covers/LayerShell.h"
 
 #include <utility>
@@ -7,10 +8,14 @@
 #include <QGuiApplication>
 #include <QQuickView>
 #include <QScreen>
+#include <QtMath>
 #include <private/qhighdpiscaling_p.h>
 #include <qpa/qplatformnativeinterface.h>
+#include <qpa/qplatformwindow.h>
 
 #include <keyboard-shortcuts-inhibit.h>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <wayland-client.h>
 #include <wlr-layer-shell.h>
 
@@ -47,6 +52,7 @@ LayerShellPlacement::LayerShellPlacement(QQuickView& view, std::shared_ptr<Layer
     : view_(view), shell_(std::move(shell)) {}
 
 LayerShellPlacement::~LayerShellPlacement() {
+    dropGround();
     if (inhibitor_ != nullptr) {
         zwp_keyboard_shortcuts_inhibitor_v1_destroy(inhibitor_);
     }
@@ -84,6 +90,42 @@ bool LayerShellPlacement::takeLayer(QScreen& screen) {
 
 void LayerShellPlacement::show() {
     view_.show();
+    paintGround();
+}
+
+/// Hides the display at once, in black: the toolkit draws its first picture some milliseconds
+/// later, and those of several displays one after another.
+void LayerShellPlacement::paintGround() {
+    constexpr int bytesPerPixel = 4;
+    const int scale = qCeil(view_.handle()->devicePixelRatio());
+    const QSize size = scale * size_;
+    const int stride = size.width() * bytesPerPixel;
+    const int length = stride * size.height();
+    // All of it is 0 until somebody writes to it.
+    const FileDescriptor file(memfd_create("vigilo-ground", MFD_CLOEXEC));
+    if (size.isEmpty() || shell_->memory == nullptr || layerSurface_ == nullptr ||
+        surface() == nullptr || !file || ftruncate(file.number(), length) != 0) {
+        return;
+    }
+    wl_shm_pool* const pool = wl_shm_create_pool(shell_->memory, file.number(), length);
+    ground_ = wl_shm_pool_create_buffer(pool, 0, size.width(), size.height(), stride,
+                                        WL_SHM_FORMAT_XRGB8888);
+    wl_shm_pool_destroy(pool);
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(ground_), nullptr);
+    static constexpr wl_buffer_listener listener{.release = [](void* data, wl_buffer*) {
+        static_cast<LayerShellPlacement*>(data)->dropGround();
+    }};
+    wl_buffer_add_listener(ground_, &listener, this);
+    wl_surface_attach(surface(), ground_, 0, 0);
+    wl_surface_damage(surface(), 0, 0, size_.width(), size_.height());
+    wl_surface_commit(surface());
+    wl_display_flush(shell_->display);
+}
+
+void LayerShellPlacement::dropGround() {
+    if (ground_ != nullptr) {
+        wl_buffer_destroy(std::exchange(ground_, nullptr));
+    }
 }
 
 void LayerShellPlacement::takeKeyboard() {
@@ -124,9 +166,9 @@ void LayerShellPlacement::configure(void* data, zwlr_layer_surface_v1* layerSurf
     zwlr_layer_surface_v1_ack_configure(layerSurface, serial);
     placement.isConfigured_ = true;
     if (width > 0 && height > 0) {
+        placement.size_ = QSize(static_cast<int>(width), static_cast<int>(height));
         // The toolkit may be told to draw larger than the compositor asks for.
-        const QSize size(static_cast<int>(width), static_cast<int>(height));
-        placement.view_.resize(QHighDpi::fromNativePixels(size, &placement.view_));
+        placement.view_.resize(QHighDpi::fromNativePixels(placement.size_, &placement.view_));
     }
 }
 

@@ -7,6 +7,9 @@
 #include <memory>
 #include <optional>
 
+#include <QSize>
+
+struct wl_buffer;
 struct wl_surface;
 struct zwlr_layer_surface_v1;
 struct zwp_keyboard_shortcuts_inhibitor_v1;
@@ -31,6 +34,8 @@ private:
 
     bool takeLayer(QScreen& screen);
     wl_surface* surface() const;
+    void paintGround();
+    void dropGround();
     void setKeyboard(std::uint32_t mode);
     void inhibitShortcuts();
 
@@ -42,7 +47,9 @@ private:
     std::shared_ptr<LayerShell> shell_;
     zwlr_layer_surface_v1* layerSurface_ = nullptr;
     zwp_keyboard_shortcuts_inhibitor_v1* inhibitor_ = nullptr;
+    wl_buffer* ground_ = nullptr; ///< for as long as the compositor may read it
     bool isConfigured_ = false;
+    QSize size_; ///< in the compositor's units; empty until it asks for one
     std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard
 };
 

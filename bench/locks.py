@@ -2,15 +2,18 @@
 
 import os
 import shutil
+import signal
 import statistics
 import subprocess
 import time
 
-from desktop import BUILD, VIGILO, Desktop, processor_time, pss
+from desktop import BUILD, SERVICE, VIGILO, Desktop, processor_time, pss
 from harness.actions import perform
 from harness.agents import Agents
+from harness.buses import SessionBus
 from harness.display import windows_named
-from harness.processes import wait_until
+from harness.processes import Processes, environment, wait_until
+from harness.sway import Sway
 
 LOCKERS = {"i3lock": ["i3lock", "--nofork", "--color", "101010"], "xsecurelock": ["xsecurelock"]}
 # Two displays of 3840 by 2160, side by side: size in pixels and millimetres, and place.
@@ -19,11 +22,11 @@ MONITORS = {"left": ("3840/600x2160/340+0+0", "screen"), "right": ("3840/600x216
 
 
 class Watch:
-    """Tells when the display is covered."""
+    """Tells when all displays are covered; `program` is the one that looks at them."""
 
-    def __init__(self, desktop):
-        self._process = desktop.processes.start(
-            [os.path.join(BUILD, "bench/covered")], env=desktop.environment(), stdout=subprocess.PIPE
+    def __init__(self, processes, program, variables):
+        self._process = processes.start(
+            [os.path.join(BUILD, "bench", program)], env=variables, stdout=subprocess.PIPE
         )
         self._process.stdout.readline()
 
@@ -46,18 +49,57 @@ def covering(times):
         paint_ground(desktop)
         desktop.start([VIGILO])
         for _ in range(times):
-            watch, begin = Watch(desktop), time.monotonic()
+            watch, begin = Watch(desktop.processes, "covered", desktop.environment()), time.monotonic()
             perform(desktop.session_bus, "agentLock")
             taken.setdefault("vigilo", []).append(watch.seconds_since(begin))
             perform(desktop.session_bus, "toggleProtection")
             wait_until(lambda: not windows_named(desktop.display.name, "Agent Lock"), "the end of the lock")
             for name, command in LOCKERS.items():
                 if shutil.which(name):
-                    watch, begin = Watch(desktop), time.monotonic()
+                    watch, begin = Watch(desktop.processes, "covered", desktop.environment()), time.monotonic()
                     locker = desktop.processes.start(command, env=desktop.environment())
                     taken.setdefault(name, []).append(watch.seconds_since(begin))
                     locker.terminate()
                     locker.wait()
+    return {name: statistics.median(values) * 1000 for name, values in taken.items()}
+
+
+def covering_wayland(times):
+    """The same on sway with two outputs, beside swaylock. They show a thousand pictures a second, so that
+    waiting for the next one takes no part in it."""
+    print("bench: covering two outputs of sway", flush=True)
+    if Sway.missing():
+        return {}
+    fast = "output * mode --custom 1280x800@1000Hz"
+    taken = {}
+    with Sway(outputs=2, settings=fast) as sway, SessionBus() as bus, Processes() as processes:
+        variables = environment(
+            **sway.environment, DBUS_SESSION_BUS_ADDRESS=bus.address,
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus", QT_QPA_PLATFORM="wayland",
+        )
+
+        def watch():
+            return Watch(processes, "covered_wayland", variables), time.monotonic()
+
+        service = processes.start(
+            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=variables, stdout=subprocess.PIPE
+        )
+        service.stdout.readline()
+        processes.start([VIGILO], env=variables)
+        time.sleep(3)
+        for _ in range(times):
+            watching, begin = watch()
+            perform(bus, "agentLock")
+            taken.setdefault("vigilo", []).append(watching.seconds_since(begin))
+            perform(bus, "toggleProtection")
+            time.sleep(1)
+            if shutil.which("swaylock"):
+                watching, begin = watch()
+                locker = processes.start(["swaylock", "--color", "101010"], env=variables)
+                taken.setdefault("swaylock", []).append(watching.seconds_since(begin))
+                locker.send_signal(signal.SIGUSR1)  # to unlock
+                locker.wait()
+                time.sleep(1)
     return {name: statistics.median(values) * 1000 for name, values in taken.items()}
 
 

@@ -79,7 +79,7 @@ def covering_wayland(times):
         )
 
         def watch():
-            return Watch(processes, "covered_wayland", variables), time.monotonic()
+            return Watch(processes, "harness/covered_wayland", variables), time.monotonic()
 
         service = processes.start(
             ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=variables, stdout=subprocess.PIPE

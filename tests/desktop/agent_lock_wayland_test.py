@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """The Agent Lock under sway: what it hides on several outputs that come, go and change.
-Usage: agent_lock_wayland_test.py VIGILO"""
+Usage: agent_lock_wayland_test.py VIGILO COVERED_WAYLAND"""
 
 import os
 import random
@@ -16,7 +16,7 @@ from harness.buses import SessionBus
 from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
-VIGILO = sys.argv.pop(1)
+VIGILO, WATCH = sys.argv.pop(1), sys.argv.pop(1)
 MAGENTA = b"\xff\x00\xff"
 
 
@@ -100,6 +100,24 @@ class AgentLockOnWayland(unittest.TestCase):
             if step % 5 == 4:
                 wait_until(self.is_covered, "the covers after " + change)
                 self.assertIsNone(self.vigilo.poll())
+
+    def test_a_change_of_one_output_uncovers_no_other_for_a_moment(self):
+        # So many pictures a second that none is missed.
+        self.sway.message("output * mode --custom 1280x720@1000Hz")
+        time.sleep(1)
+        watch = self.processes.start([WATCH, "forever"], env=self.variables, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(watch.stdout.close)
+        self.assertEqual("watching\n", watch.stdout.readline())
+        second = self.sway.outputs()[1]["name"]
+        for change in ("scale 2", "scale 1", "transform 90", "transform normal", "disable", "enable"):
+            self.sway.message("output " + second + " " + change)
+            time.sleep(0.3)
+        self.assertIsNone(watch.poll())
+        before = time.clock_gettime(time.CLOCK_MONOTONIC)
+        self.press("Tab")
+        self.press("Return")
+        # Now that the lock is gone.
+        self.assertLess(before, float(watch.stdout.readline()))
 
     def test_no_output_at_all_is_survived(self):
         for output in self.sway.outputs():

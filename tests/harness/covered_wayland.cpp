@@ -1,6 +1,9 @@
 // Watches the outputs of a Wayland compositor whose ground is magenta and tells when nothing of it
 // is seen any more on any of them: prints "watching", and then the time, in seconds of the
 // monotonic clock. It looks at a grid of points in each picture that the compositor shows.
+//
+// Usage: covered_wayland [forever]. With "forever" it watches the first output alone, and tells the
+// time of each picture that shows some of the ground.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -38,6 +41,7 @@ struct Output {
 wl_shm* memory = nullptr;
 zwlr_screencopy_manager_v1* screencopy = nullptr;
 std::vector<Output> outputs;
+bool isForever = false;
 
 void add(void*, wl_registry* registry, std::uint32_t name, const char* interface, std::uint32_t) {
     const std::string_view offered = interface;
@@ -85,6 +89,11 @@ bool isCovered(const Output& output) {
     return true;
 }
 
+void tell(double time) {
+    std::printf("%.6f\n", time);
+    std::fflush(stdout);
+}
+
 void look(Output& output);
 
 void copy(void* data, zwlr_screencopy_frame_v1* frame, std::uint32_t format, std::uint32_t width,
@@ -104,9 +113,14 @@ void judge(void* data, zwlr_screencopy_frame_v1* frame, std::uint32_t, std::uint
            std::uint32_t nanoseconds) {
     Output& output = *static_cast<Output*>(data);
     zwlr_screencopy_frame_v1_destroy(frame);
-    if (isCovered(output)) {
-        output.coveredAt = seconds + nanoseconds / 1e9;
-    } else {
+    const double time = seconds + nanoseconds / 1e9;
+    const bool isNowCovered = isCovered(output);
+    if (isNowCovered) {
+        output.coveredAt = time;
+    } else if (isForever) {
+        tell(time);
+    }
+    if (isForever || !isNowCovered) {
         look(output);
     }
 }
@@ -125,7 +139,8 @@ void look(Output& output) {
 
 } // namespace
 
-int main() {
+int main(int argc, char* argv[]) {
+    isForever = argc > 1 && std::string_view(argv[1]) == "forever";
     wl_display* const display = wl_display_connect(nullptr);
     if (display == nullptr) {
         stop("no compositor");
@@ -137,6 +152,9 @@ int main() {
     if (memory == nullptr || screencopy == nullptr || outputs.empty()) {
         stop("the compositor gives no pictures");
     }
+    if (isForever) {
+        outputs.resize(1);
+    }
     for (Output& output : outputs) {
         look(output);
     }
@@ -144,12 +162,12 @@ int main() {
     std::puts("watching");
     std::fflush(stdout);
     const auto isDone = [](const Output& output) { return output.coveredAt > 0; };
-    while (!std::ranges::all_of(outputs, isDone)) {
+    while (isForever || !std::ranges::all_of(outputs, isDone)) {
         if (wl_display_dispatch(display) < 0) {
             stop("the compositor is gone");
         }
     }
-    std::printf("%.6f\n", std::ranges::max(outputs, {}, &Output::coveredAt).coveredAt);
+    tell(std::ranges::max(outputs, {}, &Output::coveredAt).coveredAt);
     wl_display_disconnect(display);
     return EXIT_SUCCESS;
 }

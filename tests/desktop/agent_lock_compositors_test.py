@@ -181,7 +181,8 @@ class CoversThatHold(AgentLock):
 
 @unittest.skipIf(COMPOSITOR is KWin, "it has layers")
 class FullScreenWindows(AgentLock):
-    """All that is left on Weston, and on the others without an X server: windows that come later show."""
+    """All that is left on Weston, and on the others without an X server. Windows that come later
+    show, on Weston for a moment."""
 
     def lock(self):
         super().lock(**({} if COMPOSITOR is Weston else {"DISPLAY": None}))
@@ -194,6 +195,24 @@ class FullScreenWindows(AgentLock):
             time.sleep(0.5)
             wait_until(self.is_covered, "the end of what these keys do: " + keys)
         time.sleep(1)
+        self.expect_the_keyboard()
+
+    @unittest.skipUnless(COMPOSITOR is Weston, "they only ask for the focus")
+    def test_they_come_back_above_windows_that_come_later_and_get_the_keyboard_back(self):
+        self.lock()
+        for kind in ("full-screen", "normal"):
+            other = OtherProgram(self, kind, "wayland")
+            wait_until(lambda: "shown" in other.lines(), "the window")
+            # Until what is under way has come to its end.
+            time.sleep(2)
+            self.assertTrue(self.is_covered(), kind)
+            keys = len(other.keys())
+            self.compositor.key("b", "Escape")
+            time.sleep(0.3)
+            self.assertEqual(keys, len(other.keys()), kind)
+            self.assertIsNone(other.process.poll())
+            end(other.process)
+            wait_until(self.is_covered, "the covers after that")
         self.expect_the_keyboard()
 
     def test_they_are_there_and_have_the_keyboard_when_a_later_window_has_gone(self):

@@ -1,13 +1,63 @@
 #include "platform/qt/covers/FullScreenPlacement.h"
 
+#include "platform/linux/compositor/CompositorInterfaces.h"
+
+#include <chrono>
+#include <functional>
+#include <utility>
+
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQuickView>
+#include <QRasterWindow>
 #include <QScreen>
+#include <QTimer>
 
 namespace vigilo::platform {
 
-FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen) : view_(view) {
-    view_.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+namespace {
+
+using namespace std::chrono_literals;
+
+// Until then the focus may be on its way.
+constexpr std::chrono::milliseconds settling = 300ms;
+// In this time a desktop lets a window come up, at most.
+constexpr auto animation = 1s;
+// There may be no keyboard, and so no focus.
+constexpr int mostAttempts = 4;
+constexpr auto compositorLimit = 250ms;
+
+constexpr Qt::WindowFlags coverFlags =
+    Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+
+/// The bare ground of a cover, which is there sooner than its content.
+class Ground : public QRasterWindow {
+public:
+    Ground(const QQuickView& cover, std::function<void()> onShown)
+        : colour_(cover.color()), onShown_(std::move(onShown)) {
+        setFlags(coverFlags);
+        setScreen(cover.screen());
+        setGeometry(cover.screen()->geometry());
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(QRect(QPoint(), size()), colour_);
+        if (onShown_) {
+            QMetaObject::invokeMethod(this, std::exchange(onShown_, nullptr), Qt::QueuedConnection);
+        }
+    }
+
+private:
+    QColor colour_;
+    std::function<void()> onShown_;
+};
+
+} // namespace
+
+FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen)
+    : view_(view), becomesNew_(!compositorInterfaces(compositorLimit).contains("gtk_shell1")) {
+    view_.setFlags(coverFlags);
     view_.setScreen(&screen);
     view_.setGeometry(screen.geometry());
 }
@@ -15,16 +65,40 @@ FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen) : vi
 void FullScreenPlacement::show() {
     view_.showFullScreen();
     view_.raise();
+    sinceShown_.start();
+    focusKeeper_.emplace([this] { return hasFocus(); }, [this] { comeBack(); });
 }
 
 void FullScreenPlacement::takeKeyboard() {
+    takesKeyboard_ = true;
     view_.requestActivate();
-    focusKeeper_.emplace([] { return isCover(QGuiApplication::focusWindow()); },
-                         [this] {
-                             view_.raise();
-                             view_.requestActivate();
-                         });
     overview_.emplace();
+}
+
+bool FullScreenPlacement::hasFocus() {
+    const bool result = isCover(QGuiApplication::focusWindow());
+    attempts_ = result ? 0 : attempts_;
+    return result;
+}
+
+void FullScreenPlacement::comeBack() {
+    if (takesKeyboard_) {
+        view_.raise();
+        view_.requestActivate();
+    }
+    if (becomesNew_ && !ground_ && attempts_ < mostAttempts &&
+        sinceShown_.elapsed() > settling.count()) {
+        ++attempts_;
+        ground_ = std::make_unique<Ground>(view_, [this] { showAnew(); });
+        ground_->showFullScreen();
+    }
+}
+
+void FullScreenPlacement::showAnew() {
+    view_.hide();
+    view_.showFullScreen();
+    sinceShown_.start();
+    QTimer::singleShot(animation, ground_.get(), [this] { ground_.reset(); });
 }
 
 } // namespace vigilo::platform

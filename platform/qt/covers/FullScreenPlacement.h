@@ -4,12 +4,18 @@
 #include "platform/qt/covers/FocusKeeper.h"
 #include "platform/qt/covers/GnomeOverview.h"
 
+#include <memory>
 #include <optional>
+
+#include <QElapsedTimer>
+#include <QWindow>
 
 namespace vigilo::platform {
 
-/// An ordinary full-screen window that asks for the focus again whenever it is lost: all that a
-/// compositor without a protocol for covers allows.
+/// An ordinary full-screen window: all that a compositor without a protocol for covers allows. Such
+/// a compositor puts each new window on top and gives it the focus, so when that is lost the window
+/// becomes a new one, too. Not on Mutter, where a new window belongs to the workspace that is shown
+/// then and would leave the others uncovered; there it only asks for the focus.
 class FullScreenPlacement : public CoverPlacement {
 public:
     FullScreenPlacement(QQuickView& view, QScreen& screen);
@@ -18,9 +24,18 @@ public:
     void takeKeyboard() override;
 
 private:
+    bool hasFocus();
+    void comeBack();
+    void showAnew();
+
     QQuickView& view_;
-    std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard, as is the next
-    std::optional<GnomeOverview> overview_;
+    bool becomesNew_;
+    std::unique_ptr<QWindow> ground_; ///< in its place while it becomes a new one
+    QElapsedTimer sinceShown_;
+    int attempts_ = 0; ///< to come back, since the focus was lost
+    bool takesKeyboard_ = false;
+    std::optional<FocusKeeper> focusKeeper_;
+    std::optional<GnomeOverview> overview_; ///< of the one with the keyboard
 };
 
 } // namespace vigilo::platform

@@ -204,7 +204,7 @@ class FullScreenWindows(AgentLock):
             other = OtherProgram(self, kind, "wayland")
             wait_until(lambda: "shown" in other.lines(), "the window")
             # Until what is under way has come to its end.
-            time.sleep(2)
+            time.sleep(1.5)
             self.assertTrue(self.is_covered(), kind)
             keys = len(other.keys())
             self.compositor.key("b", "Escape")
@@ -249,7 +249,6 @@ class ChangingOutputs(AgentLock):
     def test_every_output_stays_covered_and_the_keyboard_with_the_lock(self):
         for name, places in ARRANGEMENTS.items():
             self.compositor.arrange(*places)
-            time.sleep(0.3)
             self.assertFalse(any(self.covers()), "without the lock: " + name)
         self.compositor.arrange(*SIDE_BY_SIDE)
         self.lock()

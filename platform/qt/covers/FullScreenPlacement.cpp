@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <functional>
+#include <set>
+#include <string>
 #include <utility>
 
 #include <QGuiApplication>
@@ -29,6 +31,12 @@ constexpr auto compositorLimit = 250ms;
 
 constexpr Qt::WindowFlags coverFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+
+/// Whether that is known of the compositor; not of Mutter.
+bool keepsNewWindowsInSight() {
+    const std::set<std::string> offered = compositorInterfaces(compositorLimit);
+    return !offered.empty() && !offered.contains("gtk_shell1");
+}
 
 /// The bare ground of a cover, which is there sooner than its content.
 class Ground : public QRasterWindow {
@@ -56,7 +64,7 @@ private:
 } // namespace
 
 FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen)
-    : view_(view), becomesNew_(!compositorInterfaces(compositorLimit).contains("gtk_shell1")) {
+    : view_(view), becomesNew_(keepsNewWindowsInSight()) {
     view_.setFlags(coverFlags);
     view_.setScreen(&screen);
     view_.setGeometry(screen.geometry());

@@ -9,6 +9,7 @@ import tempfile
 UID = 5
 NAME = "games"  # "nobody" has a made-up shadow entry on systems with systemd
 PASSWORD = "correct horse 7"
+_AS_OWNER = ("setpriv", "--reuid", str(UID), "--regid", str(UID), "--clear-groups")
 
 
 class Owner:
@@ -21,6 +22,8 @@ class Owner:
             return "an account of one's own in a mount namespace needs root"
         if subprocess.run(["unshare", "-m", "true"], stderr=subprocess.DEVNULL, check=False).returncode != 0:
             return "mount namespaces are not allowed here"
+        if subprocess.run([*_AS_OWNER, "test", "-r", __file__], check=False).returncode != 0:
+            return "an ordinary user cannot reach the folder of the project"
         return None
 
     def __init__(self):
@@ -51,5 +54,5 @@ class Owner:
         script = """set -e
             mount --make-rprivate /
             mount --bind "$0/shadow" /etc/shadow
-            exec setpriv --reuid %d --regid %d --clear-groups "$@" """ % (UID, UID)
-        return ["unshare", "-m", "bash", "-c", script, self.folder, *command]
+            exec "$@" """
+        return ["unshare", "-m", "bash", "-c", script, self.folder, *_AS_OWNER, *command]

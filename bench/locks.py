@@ -7,7 +7,7 @@ import statistics
 import subprocess
 import time
 
-from desktop import BUILD, SERVICE, VIGILO, Desktop, processor_time, pss
+from desktop import BUILD, VIGILO, Desktop, processor_time, pss
 from harness.actions import perform
 from harness.agents import Agents
 from harness.buses import SessionBus
@@ -81,10 +81,7 @@ def covering_wayland(times):
         def watch():
             return Watch(processes, "harness/covered_wayland", variables), time.monotonic()
 
-        service = processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=variables, stdout=subprocess.PIPE
-        )
-        service.stdout.readline()
+        processes.serve("fake_power_service.py", "plasma", "grant", env=variables)
         processes.start([VIGILO], env=variables)
         time.sleep(3)
         for _ in range(times):

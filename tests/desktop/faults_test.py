@@ -18,7 +18,7 @@ DAY = 24 * 60 * 60
 RESTARTS, SESSIONS = 100, 10000
 # How many of each the allocators need until they have most of what they keep for themselves.
 RESTARTS_BEFORE, SESSIONS_BEFORE = 10, 500
-# What they may still add after that, in KiB: half of one for a session.
+# What they may still add after that, in KiB, however many follow.
 MEMORY_ALLOWANCE = 512
 NOBODY = "65534"
 

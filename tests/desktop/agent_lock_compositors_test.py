@@ -14,12 +14,11 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.actions import perform
 from harness.compositors import HEIGHT, SIDE_BY_SIDE, WIDTH, GnomeShell, KWin, Mutter, Place, Weston
+from harness.pictures import DESKTOP, has_colour
 from harness.processes import Processes, end, environment, wait_until
 
 COMPOSITOR = {"kwin": KWin, "mutter": Mutter, "gnome_shell": GnomeShell, "weston": Weston}[sys.argv.pop(1)]
 VIGILO, OTHER, KEYBOARD, OUTPUTS = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
-MAGENTA = b"\xff\x00\xff"
 # The edges of a cover are somewhere between these, the desktops below are not: magenta, blue, or nothing at all.
 DARKEST, LIGHTEST = (1, 1, 1), (0x20, 0x20, 0x40)
 # What becomes of the two outputs, each time from what was before.
@@ -61,11 +60,7 @@ class AgentLock(unittest.TestCase):
         self.processes = Processes()
         self.addCleanup(self.processes.stop)
         self.variables = environment(**self.compositor.environment)
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE, text=True
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.below = OtherProgram(self, "full-screen", "wayland")
         wait_until(lambda: self.share() > 0.9, "the desktop below")
         wait_until(lambda: self.has_keyboard(self.below), "the keyboard of the desktop below")
@@ -94,15 +89,11 @@ class AgentLock(unittest.TestCase):
     def share(self):
         """How much of both outputs shows other programs: 0 to 1."""
         pixels = self.compositor.pixels()
-        return sum(pixels[start : start + 3] == MAGENTA for start in range(0, len(pixels), 21)) / len(pixels) * 21
+        return sum(pixels[start : start + 3] == DESKTOP for start in range(0, len(pixels), 21)) / len(pixels) * 21
 
     def is_covered(self):
         """Whether not one pixel of other programs shows."""
-        pixels = self.compositor.pixels()
-        start = pixels.find(MAGENTA)
-        while start >= 0 and start % 3 != 0:
-            start = pixels.find(MAGENTA, start + 1)
-        return start < 0
+        return not has_colour(self.compositor.pixels(), DESKTOP)
 
     def expect_the_keyboard(self):
         """Escape leaves the prompt if there is one; Tab goes to the button that leaves the screen to the

@@ -15,13 +15,13 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.owner import PASSWORD, UID, Owner
+from harness.pictures import DESKTOP, Picture
 from harness.processes import Processes, end, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 HOSTILE = sys.argv.pop(1)
 # Size in pixels and millimetres, and place.
 LEFT, RIGHT, WHOLE = "800/200x900/200+0+0", "800/200x900/200+800+0", "1600/400x900/200+0+0"
-MAGENTA = b"\xff\x00\xff"
 
 
 class AgentLock(unittest.TestCase):
@@ -69,12 +69,7 @@ class AgentLock(unittest.TestCase):
 
     def is_covered(self):
         """Whether not one pixel of the desktop below shows."""
-        header, pixels = self.display.picture().split(b"255\n", 1)
-        del header
-        start = pixels.find(MAGENTA)
-        while start >= 0 and start % 3 != 0:
-            start = pixels.find(MAGENTA, start + 1)
-        return start < 0
+        return not Picture(self.display.picture()).has(DESKTOP)
 
     def type(self, text):
         subprocess.run(["xdotool", "type", "--delay", "20", text], env=self.variables, check=True)

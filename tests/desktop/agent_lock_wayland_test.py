@@ -17,7 +17,6 @@ from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO, WATCH = sys.argv.pop(1), sys.argv.pop(1)
-MAGENTA = b"\xff\x00\xff"
 
 
 class AgentLockOnWayland(unittest.TestCase):
@@ -39,7 +38,7 @@ class AgentLockOnWayland(unittest.TestCase):
         time.sleep(1)
         # The large button has the keyboard, and the proposed mode is the Agent Lock.
         self.press("Return")
-        wait_until(self.is_covered, "the lock")
+        wait_until(self.sway.is_covered, "the lock")
 
     def has_focused_window(self):
         def any_focused(node):
@@ -52,36 +51,19 @@ class AgentLockOnWayland(unittest.TestCase):
     def press(self, key):
         subprocess.run(["wtype", "-k", key], env=self.variables, check=True)
 
-    def is_covered(self):
-        """Whether no output shows one pixel of the desktop below."""
-        for output in self.sway.outputs():
-            if not output["active"]:
-                continue
-            picture = subprocess.run(
-                ["grim", "-t", "ppm", "-o", output["name"], "-"],
-                env=self.variables, check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-            ).stdout
-            pixels = picture.split(b"255\n", 1)[-1]
-            start = pixels.find(MAGENTA)
-            while start >= 0 and start % 3 != 0:
-                start = pixels.find(MAGENTA, start + 1)
-            if start >= 0 or not pixels:
-                return False
-        return True
-
     def test_no_output_shows_the_desktop_and_no_window_comes_above(self):
         # An ordinary window of a program that knows nothing of the other.
         alone = self.variables | {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
         other = self.processes.start([VIGILO], env=alone)
         time.sleep(1.5)
-        self.assertTrue(self.is_covered())
+        self.assertTrue(self.sway.is_covered())
         self.assertIsNone(other.poll())
 
     def test_the_compositors_own_shortcuts_uncover_nothing(self):
         for command in ("workspace 5", "kill", "fullscreen toggle", "workspace prev"):
             self.sway.message(command)
             time.sleep(0.2)
-            self.assertTrue(self.is_covered(), command)
+            self.assertTrue(self.sway.is_covered(), command)
         self.assertIsNone(self.vigilo.poll())
 
     def test_outputs_change_a_hundred_times_and_stay_covered(self):
@@ -98,7 +80,7 @@ class AgentLockOnWayland(unittest.TestCase):
             elif change != "create":
                 self.sway.message("output " + name + " " + change)
             if step % 5 == 4:
-                wait_until(self.is_covered, "the covers after " + change)
+                wait_until(self.sway.is_covered, "the covers after " + change)
                 self.assertIsNone(self.vigilo.poll())
 
     def test_a_change_of_one_output_uncovers_no_other_for_a_moment(self):
@@ -126,14 +108,14 @@ class AgentLockOnWayland(unittest.TestCase):
         self.assertIsNone(self.vigilo.poll())
         for output in self.sway.outputs():
             self.sway.message("output " + output["name"] + " enable")
-        wait_until(self.is_covered, "the covers")
+        wait_until(self.sway.is_covered, "the covers")
         self.assertIsNone(self.vigilo.poll())
 
     def test_the_keyboard_reaches_the_lock_screen(self):
         # Tab goes to the other button, which leaves the screen to the system's own lock.
         self.press("Tab")
         self.press("Return")
-        wait_until(lambda: not self.is_covered(), "the lock to go")
+        wait_until(lambda: not self.sway.is_covered(), "the lock to go")
         self.assertIsNone(self.vigilo.poll())
 
 

@@ -18,12 +18,11 @@ from harness.actions import perform
 from harness.buses import SessionBus
 from harness.display import windows_named
 from harness.owner import PASSWORD, Owner
+from harness.pictures import DESKTOP, has_colour
 from harness.processes import Processes, end, environment, wait_until
 from harness.xorg import DummyXorg
 
 NAME, VIGILO, HOSTILE, SHIM = (sys.argv.pop(1) for _ in range(4))
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
-MAGENTA = b"\xff\x00\xff"
 
 # The command, what it needs in its environment, and whether it draws the windows itself.
 WINDOW_MANAGERS = {
@@ -45,10 +44,10 @@ COMMAND, SETTINGS, IS_COMPOSITING = WINDOW_MANAGERS[NAME]
 class AgentLock(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.display = cls.enter(DummyXorg(SHIM))
-        cls.bus = cls.enter(SessionBus())
-        cls.owner = cls.enter(Owner())
-        cls.processes = cls.enter(Processes())
+        cls.display = cls.enterClassContext(DummyXorg(SHIM))
+        cls.bus = cls.enterClassContext(SessionBus())
+        cls.owner = cls.enterClassContext(Owner())
+        cls.processes = cls.enterClassContext(Processes())
         cls.variables = environment(
             DISPLAY=cls.display.name,
             WAYLAND_DISPLAY=None,
@@ -69,20 +68,10 @@ class AgentLock(unittest.TestCase):
         cls.start_window_manager()
         cls.run_quietly("wmctrl", "-n", "2")
         cls.show_desktop()
-        cls.service = cls.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=cls.variables, stdout=subprocess.PIPE, text=True
-        )
-        cls.addClassCleanup(cls.service.stdout.close)
-        cls.service.stdout.readline()
+        cls.processes.serve("fake_power_service.py", "plasma", "grant", env=cls.variables)
         cls.vigilo = cls.processes.start(cls.owner.command(VIGILO), env=cls.variables)
         wait_until(lambda: windows_named(cls.display.name, "Vigilo"), "the window")
         wait_until(lambda: not cls.is_covered(), "the desktop")
-
-    @classmethod
-    def enter(cls, manager):
-        value = manager.__enter__()
-        cls.addClassCleanup(manager.__exit__, None, None, None)
-        return value
 
     @classmethod
     def run_quietly(cls, *command):
@@ -121,10 +110,7 @@ class AgentLock(unittest.TestCase):
         for width, height, x, y in cls.displays():
             for row in range(y, y + height):
                 part = pixels[row * line + 3 * x : row * line + 3 * (x + width)]
-                start = part.find(MAGENTA)
-                while start >= 0 and start % 3 != 0:
-                    start = part.find(MAGENTA, start + 1)
-                if start >= 0:
+                if has_colour(part, DESKTOP):
                     return False
         return True
 

@@ -17,10 +17,10 @@ from harness.agents import Agents
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.owner import PASSWORD, Owner
+from harness.pictures import DESKTOP, Picture
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
-DESKTOP = b"\xff\x00\xff"
 SEED = 4711
 
 MODIFIERS = ("", "shift+", "ctrl+", "alt+", "super+", "ctrl+alt+", "ctrl+shift+", "alt+shift+", "super+shift+")
@@ -65,11 +65,7 @@ class Watch:
 
 
 def is_covered(picture):
-    pixels = picture.split(b"255\n", 1)[1]
-    start = pixels.find(DESKTOP)
-    while start >= 0 and start % 3 != 0:
-        start = pixels.find(DESKTOP, start + 1)
-    return start < 0
+    return not Picture(picture).has(DESKTOP)
 
 
 class HostileUser(unittest.TestCase):

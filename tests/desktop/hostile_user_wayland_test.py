@@ -20,8 +20,6 @@ from harness.processes import Processes, end, environment, wait_until
 from harness.sway import Sway
 
 VIGILO, MODULE, WATCH = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
-SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services/fake_power_service.py")
-DESKTOP = b"\xff\x00\xff"
 SEED = 4711
 
 MODIFIERS = ("shift", "ctrl", "alt", "logo", "altgr")
@@ -41,32 +39,23 @@ bindsym F11 fullscreen
 
 class HostileUser(unittest.TestCase):
     def setUp(self):
-        self.sway = self.enter(Sway(outputs=2, settings=BINDINGS))
-        self.bus = self.enter(SessionBus())
-        self.pam = self.enter(OddPam(MODULE))
+        self.sway = self.enterContext(Sway(outputs=2, settings=BINDINGS))
+        self.bus = self.enterContext(SessionBus())
+        self.pam = self.enterContext(OddPam(MODULE))
         self.pam.does("ask", "Password:")
-        self.processes = self.enter(Processes())
+        self.processes = self.enterContext(Processes())
         self.variables = environment(
             **self.sway.environment,
             DBUS_SESSION_BUS_ADDRESS=self.bus.address,
             DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus",
             QT_QPA_PLATFORM="wayland",
         )
-        service = self.processes.start(
-            ["/usr/bin/python3", SERVICE, "plasma", "grant"], env=self.variables, stdout=subprocess.PIPE
-        )
-        self.addCleanup(service.stdout.close)
-        service.stdout.readline()
+        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
         wait_until(self.acts("toggleProtection"), "the program")
         self.lock()
-
-    def enter(self, manager):
-        value = manager.__enter__()
-        self.addCleanup(manager.__exit__, None, None, None)
-        return value
 
     def acts(self, action):
         def act():
@@ -86,21 +75,7 @@ class HostileUser(unittest.TestCase):
         subprocess.run(["wtype", *arguments], env=self.variables, check=True)
 
     def is_covered(self):
-        """Whether no output that is on shows one pixel of the desktop below."""
-        for output in self.sway.outputs():
-            if not output["active"] or not output["dpms"]:
-                continue
-            picture = subprocess.run(
-                ["grim", "-t", "ppm", "-o", output["name"], "-"],
-                env=self.variables, check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-            ).stdout
-            pixels = picture.split(b"255\n", 1)[-1]
-            start = pixels.find(DESKTOP)
-            while start >= 0 and start % 3 != 0:
-                start = pixels.find(DESKTOP, start + 1)
-            if start >= 0 or not pixels:
-                return False
-        return True
+        return self.sway.is_covered(may_sleep=True)
 
     def helpers(self):
         """Process ids of the programs that ask for the password."""

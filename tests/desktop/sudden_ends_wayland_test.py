@@ -21,7 +21,6 @@ from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
-MAGENTA = b"\xff\x00\xff"
 MOST_LEFT = 12
 
 
@@ -67,22 +66,7 @@ class SuddenEndsOnWayland(unittest.TestCase):
 
     def lock(self):
         self.act("agentLock")
-        wait_until(self.is_covered, "the lock")
-
-    def is_covered(self):
-        """Whether no output shows one pixel of the desktop below."""
-        for output in self.sway.outputs():
-            picture = subprocess.run(
-                ["grim", "-t", "ppm", "-o", output["name"], "-"],
-                env=self.variables, check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-            ).stdout
-            pixels = picture.split(b"255\n", 1)[-1]
-            start = pixels.find(MAGENTA)
-            while start >= 0 and start % 3 != 0:
-                start = pixels.find(MAGENTA, start + 1)
-            if start >= 0 or not pixels:
-                return False
-        return True
+        wait_until(self.sway.is_covered, "the lock")
 
     def children(self, name):
         """Process ids of the programs of this name that are ours."""
@@ -138,12 +122,12 @@ class SuddenEndsOnWayland(unittest.TestCase):
             wait_until(lambda: descriptors() >= kept, "the reserve")
             limits.leave_descriptors(count)
             self.act("agentLock")
-            wait_until(self.is_covered, "the lock with %d left" % count)
+            wait_until(self.sway.is_covered, "the lock with %d left" % count)
             wait_until(lambda: self.children("vigilo-guard"), "the guard with %d left" % count)
             # The lock goes with the session.
             self.act("toggleProtection")
             self.service.wait_until_released()
-            wait_until(lambda: not self.is_covered(), "the end of the session with %d left" % count)
+            wait_until(lambda: not self.sway.is_covered(), "the end of the session with %d left" % count)
             limits.lift("nofile")
             self.act("toggleProtection")
             self.service.wait_until_held()

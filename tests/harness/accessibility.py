@@ -64,6 +64,14 @@ class AccessibleDesktop(SessionBus):
     def wait_for(self, role, name):
         return wait_until(lambda: self.find(role, name), "the %s named %s" % (role, name))
 
+    def prompt(self):
+        """The nodes of the unlock prompt that is shown; none without one."""
+        nodes = [node for node in self.nodes() if "showing" in node.states]
+        for index, node in enumerate(nodes):
+            if (node.role, node.name) == ("dialog", "Unlock Vigilo"):
+                return nodes[index:]
+        return []
+
 
 class Announcements:
     """What a screen reader is told unasked, from here on: the events of the accessibility bus, each as its

@@ -7,10 +7,10 @@ from .actions import perform
 from .display import VirtualDisplay, windows_named
 from .hold_ups import HoldUps
 from .owner import PASSWORD, UID, Owner
+from .pictures import DESKTOP, Picture
 from .power_service import PowerService
 from .processes import Processes, environment, wait_until
 
-DESKTOP = b"\xff\x00\xff"
 STATES = ("idle", "session", "timed", "timed lock", "lock", "prompt")
 WITH_A_LOCK = ("timed lock", "lock", "prompt")
 
@@ -139,19 +139,11 @@ class OwnersProgram:
 
     def is_covered(self):
         """Whether not one pixel of the desktop below shows."""
-        pixels = self.display.picture().split(b"255\n", 1)[1]
-        start = pixels.find(DESKTOP)
-        while start >= 0 and start % 3 != 0:
-            start = pixels.find(DESKTOP, start + 1)
-        return start < 0
+        return not Picture(self.display.picture()).has(DESKTOP)
 
     def prompt(self):
         """The nodes of the prompt that is shown; none without one."""
-        nodes = [node for node in self.desktop.nodes() if "showing" in node.states]
-        for index, node in enumerate(nodes):
-            if (node.role, node.name) == ("dialog", "Unlock Vigilo"):
-                return nodes[index:]
-        return []
+        return self.desktop.prompt()
 
     def says(self, message):
         return any(node.name == message for node in self.prompt())

@@ -5,6 +5,16 @@ import subprocess
 
 # Two layers of it, of at most one step each way.
 DITHERING = 4
+# What the desktop below a lock is painted with: nothing of it may be seen.
+DESKTOP = b"\xff\x00\xff"
+
+
+def has_colour(pixels, colour):
+    """Whether any of the pixels, three bytes each, has exactly this colour."""
+    start = pixels.find(colour)
+    while start >= 0 and start % 3 != 0:
+        start = pixels.find(colour, start + 1)
+    return start >= 0
 
 
 class Picture:
@@ -47,10 +57,7 @@ class Picture:
 
     def has(self, colour):
         """Whether any pixel has exactly this colour, as three bytes."""
-        start = self._pixels.find(colour)
-        while start >= 0 and start % 3 != 0:
-            start = self._pixels.find(colour, start + 1)
-        return start >= 0
+        return has_colour(self._pixels, colour)
 
     def surface_colour(self, x, y, radius=2):
         """The colour at a point; where its surroundings are even but for dithering, theirs in the mean."""

@@ -6,9 +6,9 @@ import unittest
 from .accessibility import AccessibleDesktop
 from .display import VirtualDisplay, windows_named
 from .pam import OddPam
+from .pictures import DESKTOP, Picture
 from .processes import Processes, environment, wait_until
 
-DESKTOP = b"\xff\x00\xff"
 NOT_RIGHT = "That password is not right."
 NOT_NOW = "The password cannot be checked now. Try again or use Apple Lock."
 
@@ -56,19 +56,11 @@ class PromptTest(unittest.TestCase):
         self.lock_is_up()
 
     def is_covered(self):
-        pixels = self.display.picture().split(b"255\n", 1)[1]
-        start = pixels.find(DESKTOP)
-        while start >= 0 and start % 3 != 0:
-            start = pixels.find(DESKTOP, start + 1)
-        return start < 0
+        return not Picture(self.display.picture()).has(DESKTOP)
 
     def prompt(self):
         """The nodes of the prompt that is shown; none without one."""
-        nodes = [node for node in self.desktop.nodes() if "showing" in node.states]
-        for index, node in enumerate(nodes):
-            if (node.role, node.name) == ("dialog", "Unlock Vigilo"):
-                return nodes[index:]
-        return []
+        return self.desktop.prompt()
 
     def message(self):
         return [

@@ -7,6 +7,7 @@ import subprocess
 import tempfile
 
 from .owner import NAME
+from .pictures import DESKTOP, Picture
 from .processes import Processes, environment, wait_until
 
 CONFIGURATION = """
@@ -82,6 +83,20 @@ class Sway:
 
     def outputs(self):
         return self.message("-t", "get_outputs")
+
+    def is_covered(self, may_sleep=False):
+        """Whether every output that is on shows something, but not one pixel of the background; one that
+        sleeps shows nothing."""
+        for output in self.outputs():
+            if not output["active"] or (may_sleep and not output["dpms"]):
+                continue
+            picture = subprocess.run(
+                ["grim", "-t", "ppm", "-o", output["name"], "-"], env=environment(**self.environment), check=False,
+                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+            ).stdout
+            if not picture or Picture(picture).has(DESKTOP):
+                return False
+        return True
 
     def is_asked_to_sleep(self):
         """Whether every output sleeps, or sway has tried it: some releases cannot do it on outputs without

@@ -144,13 +144,10 @@ class Environment:
 
     def shows_pattern(self):
         """Whether any pixel of the test pattern is seen."""
-        pixels = self.ppm().split(b"255\n", 1)[-1]
-        if not pixels:
+        ppm = self.ppm()
+        if not ppm:
             raise RuntimeError("there is no picture of the screen")
-        start = pixels.find(PATTERN)
-        while start >= 0 and start % 3 != 0:
-            start = pixels.find(PATTERN, start + 1)
-        return start >= 0
+        return Picture(ppm).has(PATTERN)
 
     def picture(self):
         return Picture(self.ppm())

@@ -11,4 +11,12 @@ xcb_atom_t xcbAtom(xcb_connection_t* server, std::string_view name) {
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+xcb_window_t xcbWindowIn(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property) {
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        server, xcb_get_property(server, 0, window, property, XCB_ATOM_WINDOW, 0, 1), nullptr));
+    return reply && xcb_get_property_value_length(reply.get()) == sizeof(xcb_window_t)
+               ? *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()))
+               : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 } // namespace vigilo::platform

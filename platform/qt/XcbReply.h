@@ -19,4 +19,8 @@ using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
 /// The server's number of a name; XCB_ATOM_NONE when it does not answer. Waits for the server.
 xcb_atom_t xcbAtom(xcb_connection_t* server, std::string_view name);
 
+/// The first window that this property of a window names; XCB_WINDOW_NONE without one. Waits for
+/// the server.
+xcb_window_t xcbWindowIn(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property);
+
 } // namespace vigilo::platform

@@ -23,26 +23,6 @@ void stack(xcb_connection_t* server, xcb_window_t window, std::uint32_t mode) {
     xcb_configure_window(server, window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
 }
 
-XcbReply<xcb_get_property_reply_t> property(xcb_connection_t* server, xcb_window_t window,
-                                            xcb_atom_t name, xcb_atom_t type) {
-    constexpr std::uint32_t enough = 16; // of four bytes each
-    return XcbReply<xcb_get_property_reply_t>(xcb_get_property_reply(
-        server, xcb_get_property(server, 0, window, name, type, 0, enough), nullptr));
-}
-
-std::string_view contents(const xcb_get_property_reply_t& reply) {
-    return {static_cast<const char*>(xcb_get_property_value(&reply)),
-            static_cast<std::size_t>(xcb_get_property_value_length(&reply))};
-}
-
-/// The first one in the property; XCB_NONE if there is none.
-xcb_window_t windowIn(xcb_connection_t* server, xcb_window_t window, xcb_atom_t name) {
-    const auto reply = property(server, window, name, XCB_ATOM_WINDOW);
-    return reply && contents(*reply).size() >= sizeof(xcb_window_t)
-               ? *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()))
-               : xcb_window_t{XCB_NONE};
-}
-
 } // namespace
 
 CompositorOrder::CompositorOrder(xcb_connection_t* server, std::uint32_t cover)
@@ -120,12 +100,19 @@ bool CompositorOrder::isAboveInMutter(const xcb_generic_event_t* event) const {
 }
 
 bool CompositorOrder::isMutter() const {
-    const xcb_window_t manager = windowIn(server_, root_, managerCheck_);
+    const xcb_window_t manager = xcbWindowIn(server_, root_, managerCheck_);
     if (manager == XCB_NONE) {
         return false;
     }
-    const auto reply = property(server_, manager, name_, XCB_GET_PROPERTY_TYPE_ANY);
-    const std::string_view name = reply ? contents(*reply) : std::string_view();
+    constexpr std::uint32_t enough = 16; // of four bytes each
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        server_, xcb_get_property(server_, 0, manager, name_, XCB_GET_PROPERTY_TYPE_ANY, 0, enough),
+        nullptr));
+    const std::string_view name =
+        reply
+            ? std::string_view(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                               static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))
+            : std::string_view();
     return name.find("Mutter") != name.npos || name == "GNOME Shell";
 }
 

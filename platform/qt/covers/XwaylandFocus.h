@@ -28,8 +28,8 @@ public:
 private:
     xcb_connection_t* server_;
     std::uint32_t root_;
-    std::uint32_t activeWindow_ = 0; ///< the property with the compositor's word
-    std::uint32_t elsewhere_;        ///< an invisible window that the focus can come from
+    std::uint32_t activeWindow_; ///< the property with the compositor's word
+    std::uint32_t elsewhere_;    ///< an invisible window that the focus can come from
 };
 
 } // namespace vigilo::platform

@@ -5,6 +5,9 @@ set(CPACK_STRIP_FILES ON)
 # The program's configuration is outside of its prefix, so the package's root is what is filled.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_INSTALL_PREFIX /usr)
+# Everything, by the name of what has no other: so the list of what `cmake --install` has put in place
+# stays as it is, by which that is removed again.
+set(CPACK_INSTALL_CMAKE_PROJECTS "${PROJECT_BINARY_DIR};${PROJECT_NAME};Unspecified;/")
 set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/debian/CompleteStaging.cmake")
 set(CPACK_VIGILO_RELEASE_DATE "${release_date}") # for that script
 

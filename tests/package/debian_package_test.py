@@ -34,6 +34,7 @@ def run(*command, **options):
 
 def make_package(folder):
     """Makes the package as somebody would who lets others read nothing, and returns its path."""
+    os.makedirs(folder, exist_ok=True)
     status, output = run(
         "cpack", "--config", os.path.join(BUILD, "CPackConfig.cmake"), "-B", folder, cwd=folder, umask=0o077
     )
@@ -87,6 +88,15 @@ class DebianPackage(unittest.TestCase):
         cls.root = Root(os.path.join(cls.folder, "root"))
         cls.root.dpkg("--install", cls.package)
         cls.program = cls.root.path("usr/bin/vigilo")
+
+    def test_making_it_leaves_the_list_of_what_was_installed_from_the_build(self):
+        installed = os.path.join(self.folder, "installed")
+        self.assertEqual(run("cmake", "--install", BUILD, "--prefix", installed)[0], 0)
+        make_package(os.path.join(self.folder, "again"))
+        with open(os.path.join(BUILD, "install_manifest.txt"), encoding="utf-8") as file:
+            listed = file.read().splitlines()
+        found = [os.path.join(folder, name) for folder, _, names in os.walk(installed) for name in names]
+        self.assertEqual(sorted(listed), sorted(found))
 
     def test_lintian_finds_nothing(self):
         self.assertEqual(

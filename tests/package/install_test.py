@@ -2,6 +2,7 @@
 """What `cmake --install` puts into a folder, started from there. Usage: install_test.py BUILD"""
 
 import os
+import shlex
 import stat
 import subprocess
 import sys
@@ -15,6 +16,7 @@ from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
 BUILD = sys.argv.pop(1)
+SOURCES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
 ID = "io.github.vigilo.Vigilo"
 
 
@@ -23,13 +25,29 @@ class Install(unittest.TestCase):
     def setUpClass(cls):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
-        cls.root = folder.name
+        cls.root = os.path.join(folder.name, "a prefix")
         subprocess.run(
             ["cmake", "--install", BUILD, "--prefix", cls.root], check=True, stdout=subprocess.DEVNULL
         )
 
     def path(self, name):
         return os.path.join(self.root, name)
+
+    def test_it_is_configured_without_the_libraries_of_the_tests(self):
+        with tempfile.TemporaryDirectory() as build:
+            result = subprocess.run(
+                ["cmake", "--preset", "release", "-B", build]
+                + ["-DCMAKE_DISABLE_FIND_PACKAGE_%s=ON" % library for library in ("GTest", "benchmark")],
+                cwd=SOURCES, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, check=False,
+            )
+            self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_the_script_that_installs_what_it_needs_knows_the_list(self):
+        for name, status in (("package", 0), ("nonsense", 2)):
+            with self.subTest(list=name):
+                script = os.path.join(SOURCES, "scripts/setup")
+                result = subprocess.run([script, name], stderr=subprocess.PIPE, text=True, check=False)
+                self.assertEqual(result.returncode, status, result.stderr)
 
     def test_the_program_and_its_helpers_are_there_and_may_be_run(self):
         for name in ("bin/vigilo", *("libexec/vigilo/vigilo-" + helper for helper in ("authenticate", "guard", "lock"))):
@@ -48,6 +66,17 @@ class Install(unittest.TestCase):
             self.assertEqual(sorted(os.listdir(stage)), ["etc", "usr"])
             self.assertEqual(os.listdir(os.path.join(stage, "etc/pam.d")), ["vigilo"])
 
+    def test_the_manifest_that_it_is_removed_by_names_every_file(self):
+        with tempfile.TemporaryDirectory() as root:
+            subprocess.run(["cmake", "--install", BUILD, "--prefix", root], check=True, stdout=subprocess.DEVNULL)
+            with open(os.path.join(BUILD, "install_manifest.txt"), encoding="utf-8") as file:
+                for name in file.read().split():
+                    os.remove(name)
+            left = [os.path.join(folder, name) for folder, _, names in os.walk(root) for name in names]
+            self.assertEqual(left, [])
+            folders = [folder[len(root) + 1 :] for folder, _, _ in os.walk(root) if "vigilo" in folder[len(root) :]]
+            self.assertTrue(all(folder.startswith("libexec/vigilo") for folder in folders), folders)
+
     def test_the_self_test_passes_from_there(self):
         result = subprocess.run([self.path("bin/vigilo"), "--self-test"], stdout=subprocess.PIPE, check=False)
         self.assertEqual((result.returncode, result.stdout), (0, b"SELF_TEST_PASS\n"))
@@ -65,7 +94,7 @@ class Install(unittest.TestCase):
             with open(service, encoding="utf-8") as file:
                 lines = dict(line.strip().split("=", 1) for line in file if "=" in line)
             self.assertEqual(lines["Name"], ID)
-            self.assertEqual(lines["Exec"], self.path("bin/vigilo"))
+            self.assertEqual(shlex.split(lines["Exec"]), [self.path("bin/vigilo")])
             processes.start(
                 [self.path("bin/vigilo")],
                 env=environment(

@@ -25,7 +25,9 @@ MEANS = ("platform/linux/", "platform/qt/")
 
 def sources(folder, recursive=True):
     pattern = "**/*" if recursive else "*"
-    return [path for path in (PROJECT / folder).glob(pattern) if path.suffix in (".h", ".cpp")]
+    found = [path for path in (PROJECT / folder).glob(pattern) if path.suffix in (".h", ".cpp")]
+    assert found, "there are no sources in %s" % (PROJECT / folder)
+    return found
 
 
 def includes(path):

@@ -5,6 +5,7 @@ Usage: agent_lock_window_managers_test.py WINDOW_MANAGER VIGILO HOSTILE_WINDOW D
 
 import os
 import re
+import select
 import shutil
 import subprocess
 import sys
@@ -15,6 +16,7 @@ from contextlib import contextmanager
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.actions import perform
+from harness.applies import applies_where
 from harness.buses import SessionBus
 from harness.display import windows_named
 from harness.owner import PASSWORD, Owner
@@ -89,8 +91,16 @@ class AgentLock(unittest.TestCase):
     @classmethod
     def show(cls, kind):
         """Maps a window that wants to be seen, and waits until the window manager has let it."""
-        window = cls.processes.start([HOSTILE, kind], env=cls.variables, stdout=subprocess.PIPE, text=True)
-        cls.addClassCleanup(window.stdout.close)
+        def start():
+            window = cls.processes.start([HOSTILE, kind], env=cls.variables, stdout=subprocess.PIPE, text=True)
+            cls.addClassCleanup(window.stdout.close)
+            return window
+
+        window = start()
+        while not select.select([window.stdout], [], [], 10)[0]:
+            # openbox loses a window that comes just as it begins.
+            end(window)
+            window = start()
         answer = window.stdout.readline()
         assert answer == "shown\n", answer
         return window
@@ -173,9 +183,8 @@ class AgentLock(unittest.TestCase):
                 self.show_above(kind)
                 self.assert_covered()
 
+    @applies_where(COMMAND)
     def test_windows_that_come_later_on_an_empty_desktop(self):
-        if not COMMAND:
-            self.skipTest("nobody manages windows")
         end(self.desktop)
         self.close_windows()
         with self.keys_all_the_while():
@@ -254,9 +263,8 @@ class AgentLock(unittest.TestCase):
                 wait_until(lambda: len(self.covers()) == len(self.displays()), "a cover for each")
                 self.assert_covered()
 
+    @applies_where(COMMAND)
     def test_the_window_manager_ends_and_starts_again(self):
-        if not COMMAND:
-            self.skipTest("there is none")
         self.show_above("above")
         with self.keys_all_the_while():
             end(self.manager)
@@ -266,7 +274,7 @@ class AgentLock(unittest.TestCase):
 
     def test_another_locker(self):
         locker = self.processes.start(["i3lock", "-n", "-c", "ff00ff"], env=self.variables)
-        wait_until(lambda: locker.poll() is not None, "the locker to find the keyboard taken", timeout=40)
+        wait_until(lambda: locker.poll() is not None, "the locker to find the keyboard taken")
         self.assertNotEqual(locker.returncode, 0)
 
 

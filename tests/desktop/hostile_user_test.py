@@ -130,7 +130,7 @@ class HostileUser(unittest.TestCase):
         self.watch.__exit__()
         self.xdotool("type", "--delay", "20", PASSWORD)
         self.display.key("Return")
-        wait_until(lambda: not is_covered(self.display.picture()), "the lock to go", timeout=30)
+        wait_until(lambda: not is_covered(self.display.picture()), "the lock to go")
         self.assertEqual(self.running(VIGILO), [self.pid])
 
     def test_wrong_passwords(self):

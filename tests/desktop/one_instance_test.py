@@ -71,20 +71,13 @@ class OneInstance(unittest.TestCase):
     @unittest.skipUnless(shutil.which("openbox"), "openbox is not installed")
     def test_a_second_start_brings_a_window_behind_others_to_the_front(self):
         self.processes.start(["openbox"], env=self.variables)
-        wait_until(self.has_window_manager, "the window manager")
+        self.display.wait_for_window_manager()
         # Another program's window: one of ours that is on a bus of its own, which is none.
         nowhere = self.variables | {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
         self.processes.start([VIGILO], env=nowhere)
         wait_until(lambda: self.active_window() not in (None, self.window), "the other window")
         self.assertEqual(self.start_again().returncode, 0)
         wait_until(lambda: self.active_window() == self.window, "the window in front")
-
-    def has_window_manager(self):
-        answer = subprocess.run(
-            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
-            env=self.variables, stdout=subprocess.PIPE, text=True, check=False,
-        ).stdout
-        return "window id" in answer
 
     def active_window(self):
         answer = subprocess.run(

@@ -11,17 +11,17 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
+from harness.libraries import XFCONFD
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 SESSION_MANAGER = "/usr/bin/xfce4-session"
-XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 
 # A shell around it writes down how it ended.
 ENTRY = """[Desktop Entry]
 Type=Application
 Name=Vigilo
-Exec=sh -c "%s; echo $? > %s"
+Exec=sh -c "'%s'; echo $? > %s"
 """
 
 
@@ -48,7 +48,7 @@ class SessionEnd(unittest.TestCase):
             )
             processes.start([XFCONFD], env=variables)
             processes.start([SESSION_MANAGER], env=variables)
-            wait_until(lambda: windows_named(display.name, "Vigilo"), "the window", timeout=60)
+            wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")
             subprocess.run(
                 ["xfce4-session-logout", "--logout", "--fast"],
                 env=variables, check=True, stderr=subprocess.DEVNULL,

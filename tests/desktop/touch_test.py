@@ -13,6 +13,7 @@ from harness.agents import Agents
 from harness.display import VirtualDisplay, windows_named
 from harness.lock_screen import APPLE_LOCK, UNLOCK, LockScreen
 from harness.pam import OddPam
+from harness.preload import preload
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -40,7 +41,7 @@ class Touch(unittest.TestCase):
         self.display.move_pointer(0, 0)
         self.pipe = os.path.join(self.desktop.folder, self.id())
         os.mkfifo(self.pipe)
-        self.variables = {"LD_PRELOAD": SHIM, "TOUCH_PIPE": self.pipe}
+        self.variables = preload(self.desktop.folder, SHIM) | {"TOUCH_PIPE": self.pipe}
 
     def start(self):
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())

@@ -2,7 +2,6 @@
 """The status item where no panel hosts such items: in the tray of an X11 panel, and nowhere.
 Usage: tray_icon_test.py VIGILO"""
 
-import ctypes
 import os
 import signal
 import subprocess
@@ -15,19 +14,6 @@ from harness.panel_test import PanelTest
 from harness.panels import Watcher
 from harness.pictures import Picture
 from harness.processes import end, wait_until
-
-
-def selection_owner(display, name):
-    """The number of the window that owns a selection of an X server."""
-    library = ctypes.CDLL("libX11.so.6")
-    library.XOpenDisplay.restype = ctypes.c_void_p
-    library.XInternAtom.restype = library.XGetSelectionOwner.restype = ctypes.c_ulong
-    server = ctypes.c_void_p(library.XOpenDisplay(display.encode()))
-    try:
-        atom = ctypes.c_ulong(library.XInternAtom(server, name.encode(), 0))
-        return library.XGetSelectionOwner(server, atom)
-    finally:
-        library.XCloseDisplay(server)
 
 
 class WithTrayer(PanelTest):
@@ -96,7 +82,7 @@ class WithTrayer(PanelTest):
         self.start_trayer(GTK2_RC_FILES=style)
         wait_until(lambda: self.shades()[1] > 220, "light lines on the dark tray")
         # What the tray says counts for more than what it looks like, also when it says it later.
-        tray = selection_owner(self.display.name, "_NET_SYSTEM_TRAY_S0")
+        tray = self.display.selection_owner("_NET_SYSTEM_TRAY_S0")
         black = ",".join(["0"] * 12)
         subprocess.run(
             ["xprop", "-id", str(tray), "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set", "_NET_SYSTEM_TRAY_COLORS", black],
@@ -150,6 +136,7 @@ class WithoutPanel(PanelTest):
     def test_the_program_is_used_without_a_panel_and_outlives_the_bus(self):
         program = self.start()
         self.display.key("ctrl+k")
+        self.assertEqual(self.power.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
         self.bus.processes.stop()
         self.display.click(self.windows()[0], 704, 16)
         wait_until(lambda: not self.windows(), "the window to go")

@@ -28,7 +28,7 @@ class UnderAWindowManager(unittest.TestCase):
             DBUS_SYSTEM_BUS_ADDRESS=NOWHERE,
         )
         self.processes.start(["openbox"], env=self.variables)
-        time.sleep(0.5)
+        self.display.wait_for_window_manager()
         self.vigilo = self.processes.start([VIGILO], env=self.variables)
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()

@@ -8,6 +8,19 @@ from .buses import SessionBus
 from .processes import environment, wait_until
 
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+# How long a program may take to answer, also when it has just started, in milliseconds; the library gives
+# it 0.8 s otherwise, which a busy machine does not.
+ANSWER_LIMIT, STARTUP_LIMIT = 10_000, 15_000
+
+
+def _atspi():
+    import gi
+
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi
+
+    Atspi.set_timeout(ANSWER_LIMIT, STARTUP_LIMIT)
+    return Atspi
 
 
 class AccessibleDesktop(SessionBus):
@@ -41,12 +54,7 @@ class AccessibleDesktop(SessionBus):
 
     def nodes(self, program="vigilo"):
         """Everything that can be read of a program, in the order of its tree."""
-        import gi
-
-        gi.require_version("Atspi", "2.0")
-        from gi.repository import Atspi
-
-        desktop = Atspi.get_desktop(0)
+        desktop = _atspi().get_desktop(0)
         found = []
         for index in range(desktop.get_child_count()):
             application = desktop.get_child_at_index(index)
@@ -84,13 +92,8 @@ class Announcements:
     )
 
     def __init__(self):
-        import gi
-
-        gi.require_version("Atspi", "2.0")
-        from gi.repository import Atspi
-
         self.heard = []
-        self._listener = Atspi.EventListener.new(self._hear)
+        self._listener = _atspi().EventListener.new(self._hear)
         for kind in self.KINDS:
             self._listener.register(kind)
 
@@ -134,24 +137,14 @@ class Node:
 
     def box(self):
         """Its left, top, right and bottom on the screen, in pixels."""
-        import gi
-
-        gi.require_version("Atspi", "2.0")
-        from gi.repository import Atspi
-
-        box = self._accessible.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        box = self._accessible.get_component_iface().get_extents(_atspi().CoordType.SCREEN)
         return box.x, box.y, box.x + box.width, box.y + box.height
 
     def text(self):
         """What is in it, for what has text of its own."""
-        import gi
-
-        gi.require_version("Atspi", "2.0")
-        from gi.repository import Atspi
-
         if "Text" not in self._accessible.get_interfaces():
             return ""
-        return Atspi.Text.get_text(self._accessible, 0, -1)
+        return _atspi().Text.get_text(self._accessible, 0, -1)
 
     def press(self):
         actions = self._accessible.get_action_iface()

@@ -70,6 +70,11 @@ class Agents:
         with open(path, encoding="utf-8") as file:
             return int(file.read())
 
+    @classmethod
+    def pid_alone(cls, process):
+        """The process id of the program, of the started `alone` command."""
+        return process.pid if cls.missing() else cls.first(process)
+
 
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:

@@ -1,6 +1,7 @@
 """Private message buses."""
 
 import os
+import shlex
 import shutil
 import socket
 import subprocess
@@ -80,7 +81,7 @@ class SessionBus(Bus):
         services = os.path.join(self.folder, "services")
         os.makedirs(services, exist_ok=True)
         with open(os.path.join(services, name + ".service"), "w", encoding="utf-8") as file:
-            file.write("[D-BUS Service]\nName=%s\nExec=%s\n" % (name, program))
+            file.write("[D-BUS Service]\nName=%s\nExec=%s\n" % (name, shlex.quote(program)))
         environment_ = ["%s=%s" % item for item in variables.items()]
         client = environment(DBUS_SESSION_BUS_ADDRESS=self.address)
         subprocess.run(["dbus-update-activation-environment", *environment_], env=client, check=True)

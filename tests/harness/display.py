@@ -6,17 +6,17 @@ import re
 import subprocess
 import time
 
-from .processes import die_with_parent
+from .processes import die_with_parent, wait_until
 
 
 class VirtualDisplay:
     """Xvfb on a display number of its own choosing; use it as a context manager or call stop()."""
 
-    def __init__(self, size="1280x800x24"):
+    def __init__(self, size="1280x800x24", options=()):
         reader, writer = os.pipe()
         # -noreset: the server would otherwise end with its last client.
         self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-noreset", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-noreset", "-nolisten", "tcp", *options],
             pass_fds=[writer],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
@@ -57,16 +57,32 @@ class VirtualDisplay:
             stdout=subprocess.PIPE,
         ).stdout
 
-    def is_composited(self):
-        """Whether a program has taken over the drawing of the windows."""
+    def wait_for_window_manager(self):
+        """Waits until a window manager says that it is there, and gets it to know the keyboard that tests press:
+        some take their shortcuts anew when they meet it, and miss one that comes meanwhile."""
+        wait_until(
+            lambda: subprocess.run(
+                ["wmctrl", "-m"], env=os.environ | {"DISPLAY": self.name}, stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL, check=False,
+            ).returncode == 0,
+            "the window manager",
+        )
+        self.key("Shift_L")
+
+    def selection_owner(self, name):
+        """The number of the window that owns a selection of the server; 0 where nobody does."""
         library = ctypes.CDLL("libX11.so.6")
         library.XOpenDisplay.restype = ctypes.c_void_p
         library.XInternAtom.restype = library.XGetSelectionOwner.restype = ctypes.c_ulong
         server = ctypes.c_void_p(library.XOpenDisplay(self.name.encode()))
-        name = ctypes.c_ulong(library.XInternAtom(server, b"_NET_WM_CM_S0", 0))
-        owner = library.XGetSelectionOwner(server, name)
+        atom = ctypes.c_ulong(library.XInternAtom(server, name.encode(), 0))
+        owner = library.XGetSelectionOwner(server, atom)
         library.XCloseDisplay(server)
-        return owner != 0
+        return owner
+
+    def is_composited(self):
+        """Whether a program has taken over the drawing of the windows."""
+        return self.selection_owner("_NET_WM_CM_S0") != 0
 
     def settle(self, quiet=0.4, timeout=10):
         """Waits until the screen has not changed for a moment; both times in seconds."""
@@ -77,6 +93,17 @@ class VirtualDisplay:
             now = self.picture()
             if now != before:
                 before, since = now, time.monotonic()
+
+    def pictures_after(self, key, seconds=1.5):
+        """How many different pictures are seen from before a key is pressed until so long after it has changed
+        something."""
+        seen = {self.picture()}
+        self.key(key)
+        wait_until(lambda: seen.add(self.picture()) or len(seen) > 1, "a change")
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            seen.add(self.picture())
+        return len(seen)
 
     def position(self, window):
         """The upper left corner of a window, in pixels of the screen."""

@@ -1,11 +1,13 @@
 """What the tests of faults begin with."""
 
 import os
+import signal
 import tempfile
 import unittest
 
 import dbus
 
+from .agents import Agents
 from .buses import SessionBus
 from .display import VirtualDisplay, windows_named
 from .hold_ups import HoldUps
@@ -46,21 +48,40 @@ class FaultTest(unittest.TestCase):
         self.program = self.processes.start(
             [*command, self.vigilo], env=self.variables | self.hold_ups.variables(*shims) | variables
         )
+        self.pid = self.program.pid
         self.window = wait_until(self.windows, "the window")[0]
         self.display.settle()
         self.hold_ups.begin()
+
+    def start_alone(self, **variables):
+        """The same, where agents that other tests run meanwhile take no rows of its window."""
+        self.start(Agents.alone(), **variables)
+        self.pid = Agents.pid_alone(self.program)
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")
 
     def act(self, action):
         """Calls an action of the program over the bus."""
+        self._call(
+            ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
+            (action, [], {}),
+        )
+
+    def instance(self):
+        """The process id of the one instance; None when there is none."""
+        try:
+            return self._call(
+                "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                "GetConnectionUnixProcessID", "s", (ID,),
+            )
+        except dbus.DBusException:
+            return None
+
+    def _call(self, *message):
         connection = dbus.bus.BusConnection(self.bus.address)
         try:
-            connection.call_blocking(
-                ID, "/io/github/vigilo/Vigilo", "org.freedesktop.Application", "ActivateAction", "sava{sv}",
-                (action, [], {}),
-            )
+            return connection.call_blocking(*message)
         finally:
             connection.close()
 
@@ -80,12 +101,12 @@ class FaultTest(unittest.TestCase):
         self.display.click(self.window, 360, 379)
 
     def end_in_order(self):
-        self.program.terminate()
+        os.kill(self.pid, signal.SIGTERM)
         self.assertEqual(self.program.wait(20), 0)
 
     def has(self):
         """How many descriptors, threads and children the program has."""
-        folder = "/proc/%d" % self.program.pid
+        folder = "/proc/%d" % self.pid
         children = 0
         threads = os.listdir(folder + "/task")
         for thread in threads:

@@ -4,6 +4,8 @@ environment: HOLD_UPS names the shim that looks, and the file that takes a line 
 import os
 import struct
 
+from .preload import preload
+
 _RECORD = struct.Struct("=QQQ")
 
 
@@ -11,6 +13,7 @@ class HoldUps:
     """Watches a program that is started with `variables`."""
 
     def __init__(self, folder):
+        self._folder = folder
         shim, _, self._report = os.environ.get("HOLD_UPS", "").partition(":")
         self._path = os.path.join(folder, "hold-ups")
         self._shim = shim
@@ -21,7 +24,7 @@ class HoldUps:
     def variables(self, *shims):
         """For the program, with other shims that are loaded into it."""
         shims = [*shims, self._shim] if self._shim else shims
-        return {"HOLD_UP_RECORD": self._path, "LD_PRELOAD": ":".join(shims)} if shims else {}
+        return {"HOLD_UP_RECORD": self._path} | preload(self._folder, *shims) if shims else {}
 
     def begin(self):
         """Forgets what was; the start of a program is no fault."""

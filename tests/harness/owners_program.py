@@ -164,17 +164,17 @@ class OwnersProgram:
 
     def unlock(self):
         self.type_password()
-        wait_until(lambda: not self.is_covered(), "the lock to go", timeout=30)
+        wait_until(lambda: not self.is_covered(), "the lock to go")
         wait_until(lambda: not self.running("vigilo-guard"), "the guard to end")
 
     def processes_left(self):
-        """All of the owner's processes on this display."""
+        """All of the owner's processes that know this home; displays of other tests may have the same name later."""
         found = []
         for name in os.listdir("/proc"):
             try:
                 if name.isdigit() and os.stat("/proc/" + name).st_uid == UID:
                     with open("/proc/%s/environ" % name, "rb") as file:
-                        if b"DISPLAY=" + self.display.name.encode() in file.read().split(b"\0"):
+                        if b"HOME=" + self.owner.home.encode() in file.read().split(b"\0"):
                             found.append(int(name))
             except OSError:
                 pass  # ended meanwhile

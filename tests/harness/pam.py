@@ -22,8 +22,10 @@ class OddPam:
         return None
 
     def __init__(self, module):
-        self._module = module
         self.folder = tempfile.mkdtemp(prefix="vigilo-pam-")
+        # A service file ends a module's path at a blank, which that of the project may have.
+        self._module = os.path.join(self.folder, "module.so")
+        os.symlink(os.path.abspath(module), self._module)
         self._services = os.path.join(self.folder, "pam.d")
         os.mkdir(self._services)
         shadow = os.path.join(self.folder, "shadow")

@@ -43,14 +43,14 @@ class PanelTest(unittest.TestCase):
         return environment(**(variables | changes))
 
     def start_power_service(self):
-        self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.environment())
+        self.power = self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.environment())
 
     def start(self, **changes):
         program = self.processes.start(Agents.alone(self.vigilo), env=self.environment(**changes))
         self.addCleanup(self.end, program)
         wait_until(self.windows, "the window")
         self.display.settle()
-        self.pid = program.pid if Agents.missing() else Agents.first(program)
+        self.pid = Agents.pid_alone(program)
         return program
 
     def end(self, program):

@@ -7,13 +7,13 @@ import time
 
 import dbus
 
+from .libraries import XFCONFD
 from .processes import environment, wait_until
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 WATCHER = "org.kde.StatusNotifierWatcher"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 ICONS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../packaging/icons")
-XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">

@@ -17,6 +17,13 @@ def has_colour(pixels, colour):
     return start >= 0
 
 
+def ppm(path):
+    """A picture of any kind, as a PPM."""
+    return subprocess.run(
+        ["/usr/bin/convert", path, "-depth", "8", "ppm:-"], check=True, stdout=subprocess.PIPE
+    ).stdout
+
+
 class Picture:
     """Pixels of a PPM, asked for in points when the picture was taken at a scale."""
 
@@ -31,10 +38,7 @@ class Picture:
 
     @staticmethod
     def read(path, scale=1.0):
-        ppm = subprocess.run(
-            ["/usr/bin/convert", path, "-depth", "8", "ppm:-"], check=True, stdout=subprocess.PIPE
-        ).stdout
-        return Picture(ppm, scale)
+        return Picture(ppm(path), scale)
 
     @property
     def size(self):
@@ -92,6 +96,19 @@ class Picture:
             points(min(columns), 0), points(min(rows), 1),
             points(max(columns) + 1, 0), points(max(rows) + 1, 1),
         )
+
+    def strongest(self, left, top, right, bottom):
+        """The colour inside an area, in points, that differs most from the one in its upper left corner: that of a
+        text or sign, where its strokes are wide enough for a pixel of their own."""
+        ground = self.colour(left, top)
+        pixels = {
+            self._pixel(column, row)
+            for row in range(int(self._origin[1] + top * self._scale), int(self._origin[1] + bottom * self._scale))
+            for column in range(
+                int(self._origin[0] + left * self._scale), int(self._origin[0] + right * self._scale)
+            )
+        }
+        return max(pixels, key=lambda pixel: sum(abs(a - b) for a, b in zip(pixel, ground)))
 
     def texts(self, box, points):
         """The pieces of writing in a box of the screen's pixels: their boxes and how they stand out from what

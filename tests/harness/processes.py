@@ -65,8 +65,9 @@ def end(process, timeout=5):
     return process.wait()
 
 
-def wait_until(condition, what, timeout=20):
-    """Waits until the condition holds and returns its value; raises an error after the timeout, in seconds."""
+def wait_until(condition, what, timeout=60):
+    """Waits until the condition holds and returns its value; raises an error after the timeout, in seconds, which
+    is meant for what hangs: a machine with ten programs a processor takes its time for everything."""
     deadline = time.monotonic() + timeout
     while True:
         value = condition()

@@ -20,6 +20,8 @@ class PromptTest(unittest.TestCase):
     # From the command line.
     vigilo = None
     module = None
+    # There is none, unless a test says otherwise.
+    system_bus = "unix:path=/nonexistent/bus"
 
     @classmethod
     def setUpClass(cls):
@@ -34,10 +36,14 @@ class PromptTest(unittest.TestCase):
         self.pam.does("ask", "Password:")
         subprocess.run(["xsetroot", "-display", self.display.name, "-solid", "#ff00ff"], check=True)
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
+        self.start()
+
+    def start(self, *launcher):
+        """Starts the program, by way of another one that ends up as it, and covers the display."""
         self.vigilo = self.processes.start(
-            self.pam.command(self.vigilo),
+            self.pam.command(*launcher, type(self).vigilo),
             env=environment(
-                DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus"
+                DISPLAY=self.display.name, WAYLAND_DISPLAY=None, DBUS_SYSTEM_BUS_ADDRESS=self.system_bus
             ),
         )
         window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]

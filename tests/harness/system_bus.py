@@ -55,9 +55,10 @@ class SystemBus(Bus):
             return "mount namespaces are not allowed here"
         return None
 
-    def __init__(self, user="root", lifetime=900, logind_settings="", polkit_rule=None):
+    def __init__(self, user="root", kind="x11", lifetime=900, logind_settings="", polkit_rule=None):
         super().__init__(SYSTEM_BUS)
         self.user = user
+        self._kind = kind
         with open(self._path("logind.conf"), "w", encoding="utf-8") as file:
             file.write("[Login]\n" + logind_settings)
         os.mkdir(self._path("rules"))
@@ -97,7 +98,7 @@ class SystemBus(Bus):
             self.processes.start(
                 [
                     "/usr/bin/python3", os.path.join(HERE, "login_session.py"),
-                    self.user, str(leader.pid), self._lifetime,
+                    self.user, self._kind, str(leader.pid), self._lifetime,
                 ],
                 env=self._environment,
                 stdout=log,
@@ -127,11 +128,24 @@ class SystemBus(Bus):
 
     def call(self, method, *arguments):
         """What busctl prints of a call to logind's manager; None when it fails."""
+        return self._ask(
+            "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager", method, *arguments
+        )
+
+    def polkit_answers(self):
+        """Whether polkitd answers within two seconds. That of polkit 122 can miss the end of a rule it runs, and
+        then stands still until it gives the rule up, after 15 seconds."""
+        name = self._ask(
+            "org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority", "org.freedesktop.DBus.Properties",
+            "Get", "ss", "org.freedesktop.PolicyKit1.Authority", "BackendName",
+        )
+        return name is not None
+
+    def _ask(self, *call):
+        """What busctl prints of a call: service, path, interface, method, arguments. None when it fails, or takes
+        more than two seconds."""
         result = subprocess.run(
-            [
-                "busctl", "--system", "--timeout=2", "call", "org.freedesktop.login1",
-                "/org/freedesktop/login1", "org.freedesktop.login1.Manager", method, *arguments,
-            ],
+            ["busctl", "--system", "--timeout=2", "call", *call],
             env=self._environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
         )
         return result.stdout.strip() if result.returncode == 0 else None

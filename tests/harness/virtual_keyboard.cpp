@@ -1,12 +1,14 @@
 // Presses keys on KWin, one after another, each with the modifiers before it. Usage:
 // virtual_keyboard KEY... with keys like "a", "Tab", "alt+F4"
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fake-input.h>
@@ -30,12 +32,23 @@ constexpr wl_registry_listener listener{.global = add, .global_remove = remove};
 
 std::uint32_t code(const std::string& name) {
     static const std::map<std::string, std::uint32_t> codes{
-        {"a", KEY_A},           {"b", KEY_B},          {"x", KEY_X},
-        {"Tab", KEY_TAB},       {"Return", KEY_ENTER}, {"Escape", KEY_ESC},
-        {"F4", KEY_F4},         {"alt", KEY_LEFTALT},  {"super", KEY_LEFTMETA},
-        {"ctrl", KEY_LEFTCTRL}, {"d", KEY_D},          {"Right", KEY_RIGHT},
-        {"Left", KEY_LEFT},
+        {"Tab", KEY_TAB},     {"Return", KEY_ENTER},   {"Escape", KEY_ESC},    {"F4", KEY_F4},
+        {"alt", KEY_LEFTALT}, {"super", KEY_LEFTMETA}, {"ctrl", KEY_LEFTCTRL}, {"Right", KEY_RIGHT},
+        {"Left", KEY_LEFT},   {"space", KEY_SPACE},
     };
+    // Keys beside each other have numbers beside each other.
+    constexpr std::array<std::pair<std::string_view, std::uint32_t>, 4> rows{{
+        {"1234567890", KEY_1},
+        {"qwertyuiop", KEY_Q},
+        {"asdfghjkl", KEY_A},
+        {"zxcvbnm", KEY_Z},
+    }};
+    for (const auto& [row, first] : rows) {
+        const std::size_t place = row.find(name);
+        if (name.size() == 1 && place != std::string_view::npos) {
+            return first + static_cast<std::uint32_t>(place);
+        }
+    }
     const auto found = codes.find(name);
     if (found == codes.end()) {
         std::fprintf(stderr, "no such key: %s\n", name.c_str());

@@ -7,6 +7,7 @@ import subprocess
 import tempfile
 
 from .display import VirtualDisplay
+from .preload import preload
 from .processes import die_with_parent
 
 CONFIGURATION = """
@@ -74,7 +75,7 @@ class DummyXorg(VirtualDisplay):
                     "-sharevts", "-config", configuration, "-logfile", os.path.join(self._folder, "Xorg.log"),
                     "-modulepath", self._folder + "," + MODULES,
                 ],
-                env=os.environ | {"LD_PRELOAD": shim},
+                env=os.environ | preload(self._folder, shim),
                 pass_fds=[writer],
                 stdin=subprocess.DEVNULL,
                 stdout=log,

@@ -17,12 +17,12 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay
+from harness.libraries import XFCONFD
 from harness.login_test import NAME, Scratch
 from harness.processes import Processes, environment, wait_until
 
 GENERATOR = "/lib/systemd/user-generators/systemd-xdg-autostart-generator"
 CONDITION = "/lib/systemd/systemd-xdg-autostart-condition"
-XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 UNIT = "app-io.github.vigilo.Vigilo@autostart.service"
 
 ODD_FOLDERS = ["plain", "my app", "it's \"q\"", "$HOME;a#b~&(c)", "wächter", "`date`"]
@@ -157,7 +157,7 @@ class Desktops(Scratch):
             )
             processes.start([XFCONFD], env=variables)
             processes.start(["xfce4-session"], env=variables)
-            wait_until(lambda: os.path.exists(mark), "the start", timeout=60)
+            wait_until(lambda: os.path.exists(mark), "the start")
 
     def test_the_desktops_own_startup_settings_are_opened(self):
         tools = {

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Power assertions against a real logind. Usage: logind_power_test.py POWER_DRIVER"""
 
+import errno
 import os
 import subprocess
 import sys
@@ -37,9 +38,18 @@ class LogindPower(unittest.TestCase):
         driver.release(number)
         wait_until(lambda: not self.bus.inhibitors(), "the release")
 
+    @staticmethod
+    def create_by_policy(driver, bus):
+        """An assertion of an ordinary user, which polkit decides on; asked for again when it stood still."""
+        result = driver.create()
+        if result[0] == errno.ETIMEDOUT and not bus.polkit_answers():
+            wait_until(bus.polkit_answers, "polkit")
+            result = driver.create()
+        return result
+
     def test_an_ordinary_user_may_hold_one(self):
         driver = self.driver(user=65534)
-        self.assertEqual(driver.create()[0], 0)
+        self.assertEqual(self.create_by_policy(driver, self.bus)[0], 0)
         self.assertEqual(len(self.bus.inhibitors()), 1)
 
     def test_a_policy_that_forbids_it_is_respected(self):
@@ -47,7 +57,7 @@ class LogindPower(unittest.TestCase):
             if (action.id == "org.freedesktop.login1.inhibit-block-idle") { return polkit.Result.NO; }
         });"""
         with SystemBus(polkit_rule=forbid) as bus, PowerDriver(DRIVER, system_bus=bus, user=65534) as driver:
-            self.assertEqual(driver.create(), (13, 0))
+            self.assertEqual(self.create_by_policy(driver, bus), (errno.EACCES, 0))
             self.assertEqual(bus.inhibitors(), [])
 
     def test_the_lock_is_taken_anew_when_the_machine_wakes(self):
@@ -135,7 +145,7 @@ class LogindPower(unittest.TestCase):
 
     def test_an_assertion_taken_before_logind_is_there_is_refused(self):
         end(self.bus.logind)
-        self.assertEqual(self.driver().create(), (38, 0))
+        self.assertEqual(self.driver().create(), (errno.ENOSYS, 0))
 
 
 if __name__ == "__main__":

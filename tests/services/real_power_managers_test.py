@@ -10,6 +10,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
+from harness.libraries import LIBRARIES, XFCONFD
 from harness.power import PowerDriver
 from harness.processes import Processes, end, environment, wait_until
 from harness.system_bus import SystemBus
@@ -17,9 +18,7 @@ from harness.xorg import DummyXorg
 
 SHIM = sys.argv.pop()
 DRIVER = sys.argv.pop()
-LIBRARIES = "/usr/lib/x86_64-linux-gnu"
 UPOWERD = "/usr/libexec/upowerd"
-XFCONFD = LIBRARIES + "/xfce4/xfconf/xfconfd"
 XFCE = "/usr/bin/xfce4-power-manager"
 PLASMA = LIBRARIES + "/libexec/org_kde_powerdevil"
 

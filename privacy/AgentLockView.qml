@@ -16,8 +16,8 @@ FocusScope {
     readonly property real aroundPanel: (isLow ? 0 : emblem.height + content.spacing) + heading.height + (isVeryLow ? 0 : awake.height + content.spacing) + unlock.height + appleLock.height + (isTiny ? 0 : closing.height + content.spacing) + 3 * content.spacing
 
     focus: true
-    Keys.onUpPressed: panel.scroll(-1)
-    Keys.onDownPressed: panel.scroll(1)
+    Keys.onUpPressed: agentStatusPanel.scroll(-1)
+    Keys.onDownPressed: agentStatusPanel.scroll(1)
     // Whoever begins to type a password means to unlock; the platform passes the key on to the prompt.
     Keys.onPressed: event => {
         if (event.text.length > 0 && event.text > " " && !(event.modifiers & Qt.ControlModifier) && event.key !== Qt.Key_Escape && event.key !== Qt.Key_Delete) {
@@ -149,7 +149,7 @@ FocusScope {
         }
 
         AgentStatusPanel {
-            id: panel
+            id: agentStatusPanel
 
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(560, view.width - 32)

@@ -28,6 +28,8 @@ Capsule {
         }
 
         ChoiceMenu {
+            id: durationMenu
+
             label: "Awake duration"
             value: sentence.model.durationText
             symbol: "clock"
@@ -46,6 +48,8 @@ Capsule {
         }
 
         ChoiceMenu {
+            id: modeMenu
+
             label: "Screen mode"
             value: sentence.model.modeTitle
             symbol: sentence.model.modeSymbol

@@ -41,12 +41,14 @@ Item {
         interval: 0
         onTriggered: {
             if (view.focusItem !== null && (!view.focusItem.visible || view.focusItem === view.Window.contentItem)) {
-                action.forceActiveFocus(view.isFocusShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
+                actionRow.forceActiveFocus(view.isFocusShown ? Qt.TabFocusReason : Qt.OtherFocusReason);
             }
         }
     }
 
     GlowField {
+        id: ambientBackground
+
         anchors.fill: parent
         ground: Theme.ground
 
@@ -199,12 +201,16 @@ Item {
         }
 
         SessionSentence {
+            id: sessionSentence
+
             anchors.horizontalCenter: parent.horizontalCenter
             visible: !view.model.isActive
             model: view.model
         }
 
         Row {
+            id: activeSessionSummary
+
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: Theme.textGap
             visible: view.model.isActive
@@ -234,7 +240,7 @@ Item {
         }
 
         ActionButton {
-            id: action
+            id: actionRow
 
             anchors.horizontalCenter: parent.horizontalCenter
             focus: true

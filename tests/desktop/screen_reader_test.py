@@ -102,6 +102,21 @@ class ScreenReader(unittest.TestCase):
         ):
             self.news.wait_for(NAME, role, name)
 
+    def test_buttons_tell_whether_their_menu_is_open(self):
+        self.start()
+
+        def buttons(state):
+            return {node.name for node in self.desktop.nodes() if node.role == "push button" and state in node.states}
+
+        self.assertEqual(buttons("expandable"), {"Awake duration", "Screen mode", "Main menu"})
+        for menu in ("Awake duration", "Screen mode", "Main menu", "Awake duration"):
+            with self.subTest(menu=menu):
+                self.assertEqual(buttons("expanded"), set())
+                self.press("push button", menu)
+                wait_until(lambda m=menu: buttons("expanded") == {m}, "the menu to be told open")
+                self.display.key("Escape")
+                wait_until(lambda: not buttons("expanded"), "the menu to be told closed")
+
     def test_an_agent_that_appears_is_told(self):
         self.start()
         os.symlink("/usr/bin/sleep", os.path.join(self.tools, "claude"))

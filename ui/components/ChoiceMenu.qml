@@ -2,7 +2,7 @@ import QtQuick
 import Vigilo
 
 // A capsule that shows a choice and opens a menu of its alternatives.
-PlainButton {
+MenuButtonArea {
     id: button
 
     required property string label
@@ -12,9 +12,6 @@ PlainButton {
     property list<string> rowSymbols: []
     required property int currentIndex
     signal chosen(index: int)
-
-    // Whether the menu is on the screen; the menu itself says so.
-    property bool isOpen: false
 
     signal opened
 

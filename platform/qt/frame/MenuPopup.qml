@@ -33,6 +33,8 @@ T.Popup {
         popup.frame.mainMenu.prepare();
     }
 
+    onVisibleChanged: popup.frame.isMenuOpen = visible
+
     onClosed: {
         if (popup.focusBefore !== null && popup.focusBefore.visible) {
             popup.focusBefore.forceActiveFocus(popup.wasFocusShown ? Qt.TabFocusReason : Qt.PopupFocusReason);

@@ -11,6 +11,9 @@ Item {
 
     required property MenuModel mainMenu
 
+    // Whether the main menu is on the screen; the menu itself says so.
+    property bool isMenuOpen: false
+
     signal menuWanted
 
     // The menu is made when it is first wanted, and hears of its opening as of any later one.
@@ -55,24 +58,20 @@ Item {
         // The buttons reach to the middle of the space between them.
         spacing: 4
 
-        WindowButton {
-            id: menuButton
-
-            text: "Main menu"
-            sign: WindowButton.Lines
-            Accessible.role: Accessible.ButtonMenu
+        MainMenuButton {
+            isOpen: frame.isMenuOpen
             onClicked: frame.openMenu()
         }
 
         WindowButton {
             text: "Minimise"
-            sign: WindowButton.Line
+            sign: WindowButtonSign.Line
             onClicked: frame.Window.window.showMinimized()
         }
 
         WindowButton {
             text: "Close"
-            sign: WindowButton.Cross
+            sign: WindowButtonSign.Cross
             onClicked: frame.Window.window.close()
         }
     }

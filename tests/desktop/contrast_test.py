@@ -36,6 +36,8 @@ FIXED = {
     # The sign beside the text, white at 45 %.
     "remains awake even when": 4.5,
 }
+# What is chosen from the main menu, and the button of the panel that comes then.
+PANELS = (("About Vigilo", "Close"), ("Launch at Login", "OK"))
 ROUND = ("push button", "menu item", "panel")
 CORNER = 5
 FRAMES = ("application", "frame", "dialog", "list", "popup menu", "alert", "separator")
@@ -104,6 +106,16 @@ class Contrast(unittest.TestCase):
         nodes = self.last_window()
         return nodes[1].role in ("alert", "dialog") and nodes[-1].name == button and "showing" in nodes[-1].states
 
+    def open_panel(self, item, button):
+        self.desktop.find("push button", "Main menu").press()
+        self.desktop.wait_for("menu item", item).press()
+        self.desktop.wait_for("push button", button)
+        wait_until(lambda: self.is_shown(button), "the panel")
+
+    def close_panel(self, button):
+        self.display.key("Escape")
+        wait_until(lambda: not self.is_shown(button), "the panel to close")
+
     def menu(self):
         return [node for node in self.desktop.nodes() if node.role == "menu item" and "showing" in node.states]
 
@@ -125,14 +137,10 @@ class Contrast(unittest.TestCase):
 
     def test_panels(self):
         self.start()
-        for item, button in (("About Vigilo", "Close"), ("Launch at Login", "OK")):
-            self.desktop.find("push button", "Main menu").press()
-            self.desktop.wait_for("menu item", item).press()
-            self.desktop.wait_for("push button", button)
-            wait_until(lambda name=button: self.is_shown(name), "the panel")
+        for item, button in PANELS:
+            self.open_panel(item, button)
             self.assertGreaterEqual(self.check(self.last_window()), 3)
-            self.display.key("Escape")
-            wait_until(lambda name=button: not self.is_shown(name), "the panel to close")
+            self.close_panel(button)
 
     def lock(self, agents):
         return LockScreen(
@@ -181,6 +189,25 @@ class HighContrast(Contrast):
                               ((300, 376.6), (300, 374))):
             with self.subTest(edge=edge):
                 self.assertGreaterEqual(contrast(picture.colour(*edge), picture.colour(*outside)), LEAST_OF_EDGES)
+
+    def check_edge(self):
+        """That the last window has an edge on every side."""
+        self.display.settle()
+        picture = Picture(self.display.picture())
+        left, top, right, bottom = [edge * SCALE for edge in self.last_window()[0].box()]
+        x, y, depth = (left + right) // 2, (top + bottom) // 2, 3 * SCALE
+        for edge, inside in (((left, y), (left + depth, y)), ((right - 1, y), (right - 1 - depth, y)),
+                             ((x, top), (x, top + depth)), ((x, bottom - 1), (x, bottom - 1 - depth))):
+            with self.subTest(edge=edge):
+                self.assertGreaterEqual(contrast(picture.colour(*edge), picture.colour(*inside)), LEAST_OF_EDGES)
+
+    def test_edges_of_windows(self):
+        self.start()
+        self.check_edge()
+        for item, button in PANELS:
+            self.open_panel(item, button)
+            self.check_edge()
+            self.close_panel(button)
 
 
 if __name__ == "__main__":

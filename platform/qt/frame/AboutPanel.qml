@@ -28,6 +28,8 @@ FocusScope {
         }
     }
 
+    WindowEdge {}
+
     Column {
         id: column
 

@@ -27,6 +27,8 @@ FocusScope {
         }
     }
 
+    WindowEdge {}
+
     Column {
         id: column
 

@@ -28,6 +28,8 @@ Item {
 
     anchors.fill: parent
 
+    WindowEdge {}
+
     Repeater {
         model: frame.mainMenu
 

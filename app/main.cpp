@@ -24,6 +24,7 @@
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtWindows.h"
 #include "platform/qt/StartupNotification.h"
+#include "platform/qt/XSettingsWatch.h"
 #include "platform/qt/tray/QtStatusBar.h"
 
 #include <csignal>
@@ -70,8 +71,11 @@ int runApplication(char* programName) {
     platform::QtMenuBar menuBar(sessionBus);
     const platform::Appearance appearance = appearanceQuestion.answer();
     platform::ApplicationObject::scale(appearance.textScale);
-    platform::QtWindows windows(menuBar.mainMenu(), {.isAnimated = appearance.isAnimated,
-                                                     .isContrastHigh = appearance.isContrastHigh});
+    platform::QtWindows windows(menuBar.mainMenu());
+    const platform::XSettingsWatch xSettings([&](const platform::XSettings& settings) {
+        const platform::Appearance all = platform::withXSettings(appearance, settings);
+        windows.setLook({.isAnimated = all.isAnimated, .isContrastHigh = all.isContrastHigh});
+    });
     platform::QtApplication qtApplication(windows);
     platform::SystemWallClock wallClock;
     platform::DesktopPowerAssertions powerAssertions(runLoop, platform::isInsideFlatpak());

@@ -89,10 +89,13 @@ private:
 
 } // namespace
 
-QtWindows::QtWindows(MenuModel& mainMenu, const Look& look)
+QtWindows::QtWindows(MenuModel& mainMenu)
     : descriptors_(keptDescriptors),
       fontSearch_(std::async([] { QFontDatabase::hasFamily(QString()); })), mainMenu_(mainMenu) {
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+void QtWindows::setLook(const Look& look) {
     // Read by the type "Wishes".
     engine_.setProperty("isAnimated", look.isAnimated);
     engine_.setProperty("isContrastHigh", look.isContrastHigh);

@@ -24,7 +24,10 @@ public:
     };
 
     /// `mainMenu` is offered by the windows that makeWindow() makes.
-    QtWindows(MenuModel& mainMenu, const Look& look);
+    explicit QtWindows(MenuModel& mainMenu);
+
+    /// Of those that are there, too. Without it, nothing out of the usual.
+    void setLook(const Look& look);
 
     std::unique_ptr<Window> makeWindow(const WindowSpec& windowSpec,
                                        std::function<void()> onCloseRequested) override;

@@ -9,12 +9,11 @@ class QQmlEngine;
 namespace vigilo {
 
 /// What the desktop's settings ask of the look of programs, as the engine's properties of these
-/// names tell; without them, nothing out of the usual. They stay as they were when the first window
-/// was made.
+/// names tell at the moment; without them, nothing out of the usual.
 class Wishes : public QObject {
     Q_OBJECT
-    Q_PROPERTY(bool isAnimated READ isAnimated CONSTANT)
-    Q_PROPERTY(bool isContrastHigh READ isContrastHigh CONSTANT)
+    Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY changed)
+    Q_PROPERTY(bool isContrastHigh READ isContrastHigh NOTIFY changed)
     QML_ELEMENT
     QML_SINGLETON
 
@@ -22,17 +21,21 @@ public:
     static Wishes* create(QQmlEngine* engine, QJSEngine* scripts);
 
     /// Whether things may move: some people are unwell when they do.
-    bool isAnimated() const { return isAnimated_; }
+    bool isAnimated() const;
 
     /// Whether texts and edges are to stand out more than they look good.
-    bool isContrastHigh() const { return isContrastHigh_; }
+    bool isContrastHigh() const;
+
+Q_SIGNALS:
+    void changed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    Wishes(bool isAnimated, bool isContrastHigh)
-        : isAnimated_(isAnimated), isContrastHigh_(isContrastHigh) {}
+    explicit Wishes(QObject& engine);
 
-    bool isAnimated_;
-    bool isContrastHigh_;
+    const QObject& engine_;
 };
 
 } // namespace vigilo

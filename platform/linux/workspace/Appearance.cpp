@@ -41,9 +41,20 @@ Value value(const PortalSettings& settings, QLatin1String group, const char* key
     return found.typeId() == qMetaTypeId<Value>() ? found.value<Value>() : usual;
 }
 
-/// Themes for those who need the contrast are named for it: "HighContrast", "BreezeHighContrast".
+/// Themes for those who need the contrast are named for it: "HighContrastInverse" of GNOME,
+/// "BreezeHighContrast" of Plasma, "ContrastHigh" of MATE.
 bool isNamedForContrast(const QString& theme) {
-    return theme.contains(QLatin1String("HighContrast"));
+    return theme.contains(QLatin1String("HighContrast")) ||
+           theme.contains(QLatin1String("ContrastHigh"));
+}
+
+/// A value of this type among those of an X11 desktop; none where it has another.
+template <typename Value>
+Value value(const XSettings& settings, std::string_view name, Value usual) {
+    const auto found = settings.find(name);
+    const auto* const value =
+        found == settings.end() ? nullptr : std::get_if<Value>(&found->second);
+    return value == nullptr ? usual : *value;
 }
 
 } // namespace
@@ -62,6 +73,16 @@ Appearance appearance(const PortalSettings& settings) {
         isNamedForContrast(value(settings, gnomeInterface, "gtk-theme", QString())) ||
         isNamedForContrast(value(settings, plasma, "ColorScheme", QString()));
     return appearance;
+}
+
+Appearance withXSettings(const Appearance& appearance, const XSettings& settings) {
+    const auto theme = value(settings, "Net/ThemeName", std::string_view());
+    Appearance all = appearance;
+    all.isContrastHigh =
+        all.isContrastHigh ||
+        isNamedForContrast(QString::fromUtf8(theme.data(), qsizetype(theme.size())));
+    all.isAnimated = all.isAnimated && value(settings, "Gtk/EnableAnimations", 1) != 0;
+    return all;
 }
 
 AppearanceQuestion::AppearanceQuestion(const QDBusConnection& bus) : settings_(ask(bus)) {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/workspace/XSettings.h"
+
 #include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QMap>
@@ -22,6 +24,10 @@ using PortalSettings = QMap<QString, QVariantMap>;
 
 /// What settings say of the appearance; what they do not tell, or not sensibly, is as usual.
 Appearance appearance(const PortalSettings& settings);
+
+/// The same with what the settings of an X11 desktop ask for besides. Theirs is no text scale: the
+/// toolkit follows their resolution of fonts by itself.
+Appearance withXSettings(const Appearance& appearance, const XSettings& settings);
 
 /// Asks the desktop's settings portal (org.freedesktop.portal.Settings) for the appearance. Asks
 /// when it is made, so that other work can be done until the answer is there. The portal is started

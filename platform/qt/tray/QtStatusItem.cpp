@@ -100,7 +100,7 @@ void QtStatusItem::setToolTip(std::string_view text) {
 void QtStatusItem::embed(bool isWanted) {
     if (!isWanted) {
         embedded_.reset();
-    } else if (!embedded_ && TrayManager::isPossible()) {
+    } else if (!embedded_ && ManagerSelection::isPossible()) {
         embedded_.emplace(EmbeddedIcon::Requests{
             .onPressed = spec_.onPressed,
             .onMenuWanted = [this](const QPoint& place) { openMenu(place); }});

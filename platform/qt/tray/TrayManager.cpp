@@ -35,37 +35,13 @@ constexpr std::uint8_t translucentDepth = 32;
 } // namespace
 
 TrayManager::TrayManager(std::function<void()> onChanged)
-    : onChanged_(std::move(onChanged)), selection_(atom("_NET_SYSTEM_TRAY_S0")),
-      manager_(atom("MANAGER")), colours_(atom("_NET_SYSTEM_TRAY_COLORS")) {
-    qGuiApp->installNativeEventFilter(this);
-    look();
-}
-
-TrayManager::~TrayManager() {
-    qGuiApp->removeNativeEventFilter(this);
-}
-
-bool TrayManager::isPossible() {
-    return connection() != nullptr;
-}
-
-void TrayManager::look() {
-    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection(), xcb_get_selection_owner(connection(), selection_), nullptr));
-    tray_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
-    if (tray_ != XCB_WINDOW_NONE) {
-        // Its end is to be heard of, and a change of its colours.
-        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(connection(), tray_, XCB_CW_EVENT_MASK, &mask);
-        xcb_flush(connection());
-    }
-}
+    : selection_("_NET_SYSTEM_TRAY_S0", "_NET_SYSTEM_TRAY_COLORS", std::move(onChanged)) {}
 
 bool TrayManager::isTranslucent() const {
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         connection(),
-        xcb_get_property(connection(), 0, tray_, atom("_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID,
-                         0, 1),
+        xcb_get_property(connection(), 0, selection_.owner(), atom("_NET_SYSTEM_TRAY_VISUAL"),
+                         XCB_ATOM_VISUALID, 0, 1),
         nullptr));
     if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_visualid_t)) {
         return false;
@@ -85,16 +61,13 @@ bool TrayManager::isTranslucent() const {
 
 std::optional<QColor> TrayManager::foreground() const {
     // Red, green and blue of four colours, of 16 bits each; the first is that of ordinary icons.
-    constexpr std::uint32_t numbers = 12;
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection(),
-        xcb_get_property(connection(), 0, tray_, colours_, XCB_ATOM_CARDINAL, 0, numbers),
-        nullptr));
+    constexpr std::uint32_t bytes = 48;
     std::array<std::uint32_t, 3> colour{};
-    if (!reply || xcb_get_property_value_length(reply.get()) < static_cast<int>(sizeof colour)) {
+    const std::string colours = selection_.property(XCB_ATOM_CARDINAL, bytes);
+    if (colours.size() < sizeof colour) {
         return std::nullopt;
     }
-    std::memcpy(colour.data(), xcb_get_property_value(reply.get()), sizeof colour);
+    std::memcpy(colour.data(), colours.data(), sizeof colour);
     const auto part = [](std::uint32_t number) { return static_cast<quint16>(number & 0xFFFFU); };
     return QColor::fromRgba64(part(colour[0]), part(colour[1]), part(colour[2]));
 }
@@ -108,12 +81,12 @@ void TrayManager::dock(std::uint32_t window) const {
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
-    request.window = tray_;
+    request.window = selection_.owner();
     request.type = atom("_NET_SYSTEM_TRAY_OPCODE");
     request.data.data32[0] = XCB_CURRENT_TIME;
     request.data.data32[1] = requestDock;
     request.data.data32[2] = window;
-    xcb_send_event(connection(), 0, tray_, XCB_EVENT_MASK_NO_EVENT,
+    xcb_send_event(connection(), 0, selection_.owner(), XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&request));
     xcb_flush(connection());
 }
@@ -131,37 +104,6 @@ QColor TrayManager::colourBehind(std::uint32_t window) {
         std::memcpy(&pixel, xcb_get_image_data(image.get()), sizeof pixel);
     }
     return QColor::fromRgb(pixel);
-}
-
-bool TrayManager::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (eventType != "xcb_generic_event_t") {
-        return false;
-    }
-    const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    bool isChanged = false;
-    switch (event->response_type & 0x7F) {
-    case XCB_CLIENT_MESSAGE: {
-        const auto* const news = reinterpret_cast<const xcb_client_message_event_t*>(event);
-        isChanged = news->type == manager_ && news->data.data32[1] == selection_;
-        break;
-    }
-    case XCB_DESTROY_NOTIFY:
-        isChanged = tray_ != XCB_WINDOW_NONE &&
-                    reinterpret_cast<const xcb_destroy_notify_event_t*>(event)->window == tray_;
-        break;
-    case XCB_PROPERTY_NOTIFY: {
-        const auto* const news = reinterpret_cast<const xcb_property_notify_event_t*>(event);
-        isChanged = tray_ != XCB_WINDOW_NONE && news->window == tray_ && news->atom == colours_;
-        break;
-    }
-    default:
-        break;
-    }
-    if (isChanged) {
-        look();
-        onChanged_();
-    }
-    return false;
 }
 
 } // namespace vigilo::platform

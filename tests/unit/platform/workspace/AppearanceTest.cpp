@@ -59,5 +59,35 @@ TEST(Appearance, standsOutMoreWhereAnyDesktopAsksForIt) {
     }
 }
 
+TEST(Appearance, standsOutMoreWithAThemeOfAnX11Desktop) {
+    const std::vector<std::pair<XSettings, bool>> cases{
+        {{{"Net/ThemeName", "HighContrast"}}, true},
+        {{{"Net/ThemeName", "HighContrastInverse"}}, true},
+        {{{"Net/ThemeName", "ContrastHigh"}}, true},
+        {{{"Net/ThemeName", "Adwaita"}}, false},
+        {{{"Net/ThemeName", "\xFF"}}, false},
+        {{{"Net/ThemeName", 1}}, false},
+        {{{"Net/IconThemeName", "HighContrast"}}, false},
+        {{}, false},
+    };
+    for (std::size_t index = 0; index < cases.size(); ++index) {
+        EXPECT_EQ(withXSettings({}, cases[index].first).isContrastHigh, cases[index].second)
+            << index;
+    }
+}
+
+TEST(Appearance, keepsStillWhereAnX11DesktopMovesNothing) {
+    EXPECT_FALSE(withXSettings({}, {{"Gtk/EnableAnimations", 0}}).isAnimated);
+    EXPECT_TRUE(withXSettings({}, {{"Gtk/EnableAnimations", 1}}).isAnimated);
+    EXPECT_TRUE(withXSettings({}, {{"Gtk/EnableAnimations", "0"}}).isAnimated);
+}
+
+TEST(Appearance, isWhatEitherSourceAsksFor) {
+    const Appearance asked{.textScale = 2, .isAnimated = false, .isContrastHigh = true};
+    EXPECT_EQ(withXSettings(asked, {}), asked);
+    EXPECT_EQ(withXSettings(asked, {{"Gtk/EnableAnimations", 1}, {"Net/ThemeName", "Adwaita"}}),
+              asked);
+}
+
 } // namespace
 } // namespace vigilo::platform

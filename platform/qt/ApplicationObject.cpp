@@ -1,20 +1,19 @@
 #include "platform/qt/ApplicationObject.h"
 
 #include "platform/linux/compositor/CompositorInterfaces.h"
+#include "platform/qt/ConnectingToDisplay.h"
 #include "platform/qt/PlatformChoice.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdarg>
 #include <cstdlib>
-#include <string_view>
 
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <private/qhighdpiscaling_p.h>
 
-#include <unistd.h>
 #include <wayland-client-core.h>
 
 namespace vigilo::platform {
@@ -26,21 +25,9 @@ using namespace std::chrono_literals;
 constexpr std::array<const char*, 4> scaleVariables{"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
                                                     "QT_FONT_DPI", "QT_WAYLAND_FORCE_DPI"};
 
-// Far more than an answer takes. Whatever does not answer is left to the toolkit.
-constexpr auto compositorLimit = 250ms;
-
-/// The toolkit aborts when no display can be had, and says so on several lines first. A message
-/// handler is the only place to turn that into an orderly refusal.
-void refuseWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
-    if (type != QtFatalMsg) {
-        return;
-    }
-    constexpr std::string_view line =
-        "vigilo: cannot connect to a display; start it from a graphical session.\n";
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
-    // No destructors: the toolkit is half made.
-    _exit(EXIT_FAILURE);
-}
+// A busy compositor takes its time. Whatever does not answer is left to the toolkit, which waits
+// for it as well.
+constexpr auto compositorLimit = 5s;
 
 /// The window is small and mostly still: drawing in software starts faster and needs less memory
 /// than a graphics driver. Whoever names another way gets it.
@@ -104,10 +91,9 @@ ApplicationObject::ApplicationObject(char* programName)
     QCoreApplication::setApplicationVersion(QStringLiteral(VIGILO_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Vigilo"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.vigilo.Vigilo"));
-    const QtMessageHandler usual = qInstallMessageHandler(refuseWithoutDisplay);
+    const ConnectingToDisplay connecting;
     const PicturesAreSent picturesAreSent; // asked for once, when the server is connected to
     application_ = std::make_unique<QGuiApplication>(argumentCount_, arguments_.data());
-    qInstallMessageHandler(usual);
 }
 
 ApplicationObject::~ApplicationObject() = default;

@@ -14,9 +14,8 @@ namespace vigilo::platform {
 class ApplicationObject {
 public:
     /// `programName` is the program's own path. The toolkit's command-line switches are not looked
-    /// at; its environment variables are.
-    /// Where the session offers both X and Wayland, the one on which covers hold better is taken
-    /// (platformChoice()), unless QT_QPA_PLATFORM names one.
+    /// at; its environment variables are. Where the session offers both X and Wayland, the one on
+    /// which covers hold better is taken (platformChoice()), unless QT_QPA_PLATFORM names one.
     explicit ApplicationObject(char* programName);
     ~ApplicationObject();
 

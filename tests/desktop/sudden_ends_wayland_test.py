@@ -45,7 +45,9 @@ class SuddenEndsOnWayland(unittest.TestCase):
         self.service = self.enterContext(PowerService(self.folder, self.processes, self.variables))
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
-        self.program = self.processes.start([VIGILO], env=self.variables)
+        self.warnings = os.path.join(self.folder, "warnings")
+        with open(self.warnings, "w", encoding="utf-8") as warnings:
+            self.program = self.processes.start([VIGILO], env=self.variables, stderr=warnings)
         wait_until(self.is_on_the_bus, "the program")
         if state != "idle":
             self.act("toggleProtection")
@@ -94,6 +96,8 @@ class SuddenEndsOnWayland(unittest.TestCase):
             gone = self.service.holders_gone()
             self.sway.processes.stop()
             self.assertEqual(self.program.wait(20), 1)
+            with open(self.warnings, encoding="utf-8") as warnings:
+                self.assertEqual(warnings.read(), "vigilo: the connection to the display broke.\n")
             if state != "idle":
                 wait_until(lambda: self.service.holders_gone() > gone, "the inhibition to go")
             wait_until(lambda: not self.children("vigilo-guard") + self.children("vigilo-lock"), "the helpers to end")

@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
 #include "app/SelfTest.h"
+#include "platform/linux/InheritedState.h"
 #include "platform/linux/SystemWallClock.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/bus/SessionBusProbe.h"
@@ -27,7 +28,6 @@
 #include "platform/qt/XSettingsWatch.h"
 #include "platform/qt/tray/QtStatusBar.h"
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -50,9 +50,7 @@ AgentMonitor::Scan agentScan() {
 }
 
 int runApplication(char* programName) {
-    // What is written where nobody reads any more, such as a warning of the toolkit's on the
-    // terminal that it was started from, must not end a session.
-    std::signal(SIGPIPE, SIG_IGN);
+    platform::settleInheritedState();
     platform::leaveHungSessionBus();
     platform::ApplicationObject applicationObject(programName);
     platform::QtRunLoop runLoop;

@@ -48,10 +48,12 @@ bool isOneOfTheSystem(const std::string& service) {
     return exists("/etc/pam.d/" + service) || exists("/usr/lib/pam.d/" + service);
 }
 
-/// Where the service files are that come with this program.
+/// Where the service files are that come with this program. Absolute also where that cannot be
+/// known: the working folder is anybody's.
 std::filesystem::path ownFolder() {
     std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "pam";
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return "/" / program.parent_path() / "pam";
 }
 
 /// Ours where it is installed; else one of ours that includes what the system asks everybody; else

@@ -26,8 +26,9 @@ int main() {
         std::signal(signal, SIG_DFL);
     }
     std::error_code error;
-    const auto lock =
-        std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "vigilo-lock";
+    const auto guard = std::filesystem::read_symlink("/proc/self/exe", error);
+    // Absolute also where that cannot be known: the working folder is anybody's.
+    const auto lock = "/" / guard.parent_path() / "vigilo-lock";
     execl(lock.c_str(), lock.c_str(), nullptr);
     return EXIT_FAILURE;
 }

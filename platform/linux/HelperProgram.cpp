@@ -17,7 +17,8 @@ constexpr int helperSocket = 3; // where the helper expects it
 std::string helperPath(std::string_view name) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (program.parent_path().parent_path() / "libexec" / "vigilo" / name).string();
+    // Absolute also where that cannot be known: the working folder is anybody's.
+    return ("/" / program.parent_path().parent_path() / "libexec" / "vigilo" / name).string();
 }
 
 StartedHelper startHelper(std::string_view name, const std::string& argument) {

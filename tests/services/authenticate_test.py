@@ -134,6 +134,17 @@ class Authenticate(unittest.TestCase):
             self.assertEqual(helper.rest().replace("D", ""), "")
             self.assertEqual(helper.process.wait(20), 1)
 
+    def test_nothing_in_the_working_folder_decides(self):
+        # Without /proc it does not know where it is installed itself.
+        folder = os.path.join(self.pam.folder, "anybodys")
+        os.makedirs(os.path.join(folder, "pam/fingerprint"))
+        with open(os.path.join(folder, "pam/fingerprint/vigilo-fingerprint"), "w", encoding="utf-8") as file:
+            file.write("auth required %s say Anybody\n" % MODULE)
+        script = 'umount --lazy /proc; cd "$0"; exec "$@"'
+        with Helper(self.pam, "bash", "-c", script, folder, arguments=["fingerprint"]) as helper:
+            self.assertEqual(helper.rest(), "N")
+            self.assertEqual(helper.process.wait(20), 1)
+
     def test_bytes_that_are_no_answer_end_it(self):
         for data in (
             frame("S", b""), frame("P", b"right"), b"A\xff\xff" + b"x" * 70000, frame("A", b"x" * 512), b"\0" * 100,
@@ -164,7 +175,9 @@ class Authenticate(unittest.TestCase):
             with self.subTest(data=bytes(data)), Helper(self.pam) as helper:
                 helper.send(bytes(data))
                 helper.say_no_more()
-                self.assertNotIn("S", helper.rest())
+                kinds = helper.rest()
+                self.assertEqual(kinds[:1], "P", "the helper has asked")
+                self.assertNotIn("S", kinds)
                 self.assertNotEqual(helper.process.wait(20), 0)
 
     def test_it_does_not_outlive_the_program(self):

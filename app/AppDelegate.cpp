@@ -5,12 +5,17 @@
 #include "platform/Fatal.h"
 
 #include <array>
+#include <chrono>
 #include <optional>
 #include <utility>
 
 namespace vigilo {
 
 namespace {
+using namespace std::chrono_literals;
+// By then the system's lock, which the controller puts off for as long as the covers need to go,
+// has been asked for.
+constexpr auto guardAfterCovers = 1000ms;
 constexpr int contentWidth = 720;
 constexpr int contentHeight = 560;
 constexpr double statusItemLength = 30;
@@ -107,7 +112,7 @@ void AppDelegate::bindCallbacks() {
     // An expired Agent Lock must not leave the machine open, so the system's own lock takes over.
     controller_->onAgentLockExpired = [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
-            self->closePrivacyWindows();
+            self->giveWayToSystemLock();
             self->controller_->lockScreenNow();
         }
     };
@@ -200,17 +205,18 @@ void AppDelegate::toggleLaunchAtLogin() {
 }
 
 void AppDelegate::showAgentLock() {
-    // The new covers stand before the old ones go, so that nothing shows in between.
-    auto replaced = std::exchange(privacyWindows_, {});
+    std::vector<std::unique_ptr<PrivacyWindow>> windows;
     for (const platform::Screen& screen : environment_.screens.screens()) {
-        privacyWindows_.push_back(makePrivacyWindow(screen));
+        windows.push_back(makePrivacyWindow(screen));
     }
     // Only now: while a display server shows one it answers late to what makes the next.
-    for (const auto& window : privacyWindows_) {
+    for (const auto& window : windows) {
         window->orderFrontRegardless();
     }
-    discard(std::move(replaced));
-    if (!privacyWindows_.empty()) {
+    // Without a display the old ones stay, and with them the lock for the display that comes next.
+    if (!windows.empty()) {
+        // The new covers stand before the old ones go, so that nothing shows in between.
+        discard(std::exchange(privacyWindows_, std::move(windows)));
         environment_.lockGuard.raise();
         environment_.notifications.silence();
         privacyWindows_.front()->makeKey();
@@ -223,7 +229,7 @@ std::unique_ptr<PrivacyWindow> AppDelegate::makePrivacyWindow(const platform::Sc
         environment_.windows, screen, controller_, weakly(&AppDelegate::authenticateAndUnlock),
         [weak = weak_from_this()] {
             if (const auto self = weak.lock()) {
-                self->closePrivacyWindows();
+                self->giveWayToSystemLock();
                 self->controller_->useAppleLockPreservingSession();
             }
         });
@@ -255,7 +261,24 @@ void AppDelegate::closeWindow() {
 }
 
 void AppDelegate::closePrivacyWindows() {
+    uncover();
     environment_.lockGuard.lower();
+}
+
+/// The guard stays in between, where nothing else would hide the desktop if the program died.
+void AppDelegate::giveWayToSystemLock() {
+    uncover();
+    environment_.controller.runLoop.runAfter(guardAfterCovers, weakly(&AppDelegate::dismissGuard));
+}
+
+void AppDelegate::dismissGuard() {
+    // Covered again meanwhile, it is wanted again.
+    if (privacyWindows_.empty()) {
+        environment_.lockGuard.lower();
+    }
+}
+
+void AppDelegate::uncover() {
     environment_.notifications.resume();
     discard(std::exchange(privacyWindows_, {}));
 }

@@ -100,6 +100,9 @@ private:
     std::unique_ptr<PrivacyWindow> makePrivacyWindow(const platform::Screen& screen);
     void closeWindow();
     void closePrivacyWindows();
+    void giveWayToSystemLock();
+    void dismissGuard();
+    void uncover();
     void discard(std::vector<std::unique_ptr<PrivacyWindow>> windows);
 
     Environment environment_;

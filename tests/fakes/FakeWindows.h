@@ -33,7 +33,7 @@ public:
 
     std::unique_ptr<platform::Cover> makeCover(const platform::CoverSpec& coverSpec) override {
         covers.push_back(coverSpec);
-        log_.push_back("cover " + coverSpec.screen.name);
+        log_.push_back("prepare " + coverSpec.screen.name);
         return std::make_unique<FakeCover>(*this, coverSpec.screen.name);
     }
 
@@ -73,6 +73,7 @@ private:
         ~FakeCover() override { close(); }
 
         void orderFrontRegardless() override {
+            windows_.log_.push_back("cover " + screen_);
             windows_.covered.push_back(screen_);
             isShown_ = true;
         }
@@ -135,10 +136,16 @@ public:
 
 class FakeLockGuard : public platform::LockGuard {
 public:
-    void raise() override { isRaised = true; }
+    void raise() override {
+        isRaised = true;
+        if (onRaised) {
+            onRaised();
+        }
+    }
     void lower() override { isRaised = false; }
 
     bool isRaised = false;
+    std::function<void()> onRaised;
 };
 
 class FakeNotifications : public platform::Notifications {

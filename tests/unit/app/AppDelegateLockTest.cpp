@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <QPointer>
+
 namespace vigilo {
 namespace {
 
@@ -17,7 +19,8 @@ TEST_F(AppDelegateTest, coversEveryDisplayAndGivesTheFirstTheKeyboard) {
     screens.attach({"one", "two"});
     log.clear();
     controller().agentLock(30);
-    EXPECT_EQ(windowLog(), (DesktopLog{"cover one", "cover two", "key one", "activate"}));
+    EXPECT_EQ(windowLog(), (DesktopLog{"prepare one", "prepare two", "cover one", "cover two",
+                                       "key one", "activate"}));
     EXPECT_EQ(windows.covered, (Names{"one", "two"}));
     EXPECT_EQ(windows.covers[1].content, "Privacy/AgentLockView");
     EXPECT_EQ(windows.covers[1].background,
@@ -39,7 +42,8 @@ TEST_F(AppDelegateTest, askedForTheLockAgainCoversAnewBeforeItUncovers) {
     delegate->agentLock();
     log.clear();
     delegate->agentLock();
-    EXPECT_EQ(windowLog(), (DesktopLog{"cover one", "uncover one", "key one", "activate"}));
+    EXPECT_EQ(windowLog(),
+              (DesktopLog{"prepare one", "cover one", "uncover one", "key one", "activate"}));
     EXPECT_EQ(windows.covered, Names{"one"});
 }
 
@@ -83,12 +87,57 @@ TEST_F(AppDelegateTest, isGuardedForAsLongAsTheLockIsUp) {
     EXPECT_FALSE(lockGuard.isRaised);
 }
 
-TEST_F(AppDelegateTest, hasNothingToCoverWithoutADisplay) {
+TEST_F(AppDelegateTest, isGuardedUntilTheSystemsLockHasBeenAskedFor) {
+    launch();
+    std::vector<bool> isGuarded;
+    systemLock.onRequest = [&] { isGuarded.push_back(lockGuard.isRaised); };
+    controller().agentLock(1);
+    runLoop.advance(62s);
+    EXPECT_FALSE(lockGuard.isRaised);
+    controller().agentLock(30);
+    static_cast<AgentLockView*>(windows.covers.back().model)->pressUseAppleLock();
+    runLoop.advance(2s);
+    EXPECT_FALSE(lockGuard.isRaised);
+    EXPECT_EQ(isGuarded, (std::vector{true, true}));
+}
+
+TEST_F(AppDelegateTest, staysGuardedWhenItIsCoveredAgainAtOnce) {
+    launch();
+    controller().agentLock(1);
+    runLoop.advance(60s);
+    EXPECT_EQ(windows.covered, Names{});
+    delegate->agentLock();
+    runLoop.advance(2s);
+    EXPECT_EQ(windows.covered, Names{"one"});
+    EXPECT_TRUE(lockGuard.isRaised);
+}
+
+TEST_F(AppDelegateTest, isGuardedOnceEveryDisplayIsCovered) {
+    launch();
+    screens.attach({"one", "two"});
+    std::vector<Names> coveredWhenRaised;
+    lockGuard.onRaised = [&] { coveredWhenRaised.push_back(windows.covered); };
+    delegate->agentLock();
+    EXPECT_EQ(coveredWhenRaised, (std::vector<Names>{{"one", "two"}}));
+}
+
+TEST_F(AppDelegateTest, hasNothingToCoverGuardOrSilenceForWithoutADisplay) {
     launch();
     screens.attached.clear();
     log.clear();
     delegate->agentLock();
     EXPECT_EQ(windowLog(), DesktopLog{"activate"});
+    EXPECT_FALSE(lockGuard.isRaised);
+    EXPECT_FALSE(notifications.areSilent);
+}
+
+TEST_F(AppDelegateTest, askedForTheLockAgainWithoutADisplayItStaysUpForTheNext) {
+    launch();
+    delegate->agentLock();
+    screens.attached.clear();
+    delegate->agentLock();
+    screens.attach({"two"});
+    EXPECT_EQ(windows.covered, Names{"two"});
 }
 
 TEST_F(AppDelegateTest, theOwnerLiftsTheLockAndTheSessionGoesOn) {
@@ -145,6 +194,16 @@ TEST_F(AppDelegateTest, theLockScreensAppleLockUncoversBeforeTheSystemsLock) {
     EXPECT_EQ(controller().activeMode(), AwakeMode::appleLock);
     runLoop.advance(1s);
     EXPECT_EQ(systemLock.requests, 1);
+}
+
+TEST_F(AppDelegateTest, aLockScreenWhoseButtonTookItDownGoesOnlyWhenTheButtonHasReturned) {
+    launch();
+    controller().agentLock(30);
+    const QPointer view(static_cast<AgentLockView*>(windows.covers.back().model));
+    view->pressUseAppleLock();
+    EXPECT_TRUE(view);
+    runLoop.runPosted();
+    EXPECT_FALSE(view);
 }
 
 TEST_F(AppDelegateTest, theLockScreensUnlockAsksForTheOwner) {

@@ -40,6 +40,8 @@ void HelperLockGuard::start() {
     // The guard says nothing: its connection becomes readable only by its death.
     death_ = std::make_unique<QSocketNotifier>(guard_.socket.number(), QSocketNotifier::Read);
     QObject::connect(death_.get(), &QSocketNotifier::activated, death_.get(), [this] {
+        // Its descriptor is closed sooner than it goes, and the number may be the next guard's.
+        death_->setEnabled(false);
         death_.release()->deleteLater();
         replace();
     });

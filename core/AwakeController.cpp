@@ -64,6 +64,12 @@ AwakeController::AwakeController(Environment environment)
       remainingLabel_(*this, std::string(idleRemainingLabel)) {}
 
 void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode) {
+    begin(minutes, mode);
+}
+
+/// Whether the power request was granted, or not needed. While an alert says that it was refused
+/// somebody may begin another session, which is nothing of this one's.
+bool AwakeController::begin(std::optional<std::int64_t> minutes, AwakeMode mode) {
     const std::uint64_t command = ++commands_;
     if (!isActive()) {
         const platform::PowerAssertion assertion =
@@ -72,7 +78,7 @@ void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode)
             environment_.alerts.warn("Couldn’t start protection",
                                      "macOS rejected the power request (error " +
                                          std::to_string(assertion.status) + ").");
-            return;
+            return false;
         }
         assertionID_ = assertion.id;
         isActive_ = true;
@@ -97,6 +103,7 @@ void AwakeController::start(std::optional<std::int64_t> minutes, AwakeMode mode)
         remainingLabel_ = std::string(untilStoppedLabel);
     }
     fire(onStateChange);
+    return true;
 }
 
 void AwakeController::stop() {

@@ -93,6 +93,7 @@ public:
 
 private:
     static void fire(const Callback& callback);
+    bool begin(std::optional<std::int64_t> minutes, AwakeMode mode);
     void updateRemaining();
     void endSession(bool expired);
     void activateAppleLockScreen();

@@ -13,22 +13,20 @@ constexpr auto systemLockDelay = 350ms;
 } // namespace
 
 void AwakeController::agentLock(std::optional<std::int64_t> minutes) {
-    start(minutes, AwakeMode::agentLock);
-    if (isActive()) {
+    if (begin(minutes, AwakeMode::agentLock) && isActive()) {
         fire(onAgentLockRequested);
     }
 }
 
 void AwakeController::appleLock(std::optional<std::int64_t> minutes) {
-    start(minutes, AwakeMode::appleLock);
-    if (isActive()) {
+    if (begin(minutes, AwakeMode::appleLock) && isActive()) {
         activateAppleLockScreen();
     }
 }
 
 void AwakeController::showAgentLockPreservingSession() {
-    if (!isActive()) {
-        start(std::nullopt, AwakeMode::agentLock);
+    if (!isActive() && !begin(std::nullopt, AwakeMode::agentLock)) {
+        return;
     }
     if (isActive()) {
         activeMode_ = AwakeMode::agentLock;
@@ -38,8 +36,8 @@ void AwakeController::showAgentLockPreservingSession() {
 }
 
 void AwakeController::useAppleLockPreservingSession() {
-    if (!isActive()) {
-        start(std::nullopt, AwakeMode::appleLock);
+    if (!isActive() && !begin(std::nullopt, AwakeMode::appleLock)) {
+        return;
     }
     if (isActive()) {
         activeMode_ = AwakeMode::appleLock;

@@ -1,5 +1,8 @@
 #include "tests/unit/core/ControllerFixture.h"
 
+#include <functional>
+#include <vector>
+
 namespace vigilo {
 namespace {
 
@@ -19,6 +22,29 @@ TEST_F(LockModeActions, agentLockShowsNothingWithoutAnAwakeSession) {
     controller->agentLock(std::nullopt);
     controller->showAgentLockPreservingSession();
     EXPECT_EQ(fired(), Names{});
+}
+
+TEST_F(LockModeActions, whatWasRefusedDoesNothingToASessionThatBeganBehindTheAlert) {
+    const std::vector<std::function<void()>> actions{
+        [this] { controller->agentLock(30); },
+        [this] { controller->appleLock(30); },
+        [this] { controller->showAgentLockPreservingSession(); },
+        [this] { controller->useAppleLockPreservingSession(); },
+    };
+    alerts.onShown = [this] {
+        power.refusal = 0;
+        controller->start(std::nullopt, AwakeMode::visible);
+    };
+    for (const auto& action : actions) {
+        power.refusal = 13;
+        action();
+        runLoop.advance(1s);
+        EXPECT_EQ(controller->activeMode(), AwakeMode::visible);
+        EXPECT_EQ(fired(), Names{"onStateChange"});
+        controller->stop();
+        fired();
+    }
+    EXPECT_EQ(systemLock.requests, 0);
 }
 
 TEST_F(LockModeActions, appleLockStartsASessionAndSleepsTheDisplaysALittleLater) {

@@ -7,6 +7,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 
@@ -30,13 +31,13 @@ class DesktopPower(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.log_path = os.path.join(folder.name, "log")
 
-    def service(self, desktop, answer="grant"):
+    def service(self, desktop, answer="grant", bus=None):
         """A service that writes what it is asked into the log; the same log for all of a test."""
         with open(self.log_path, "a", encoding="utf-8") as log:
             before = self.log().count("ready")
             process = subprocess.Popen(
                 ["/usr/bin/python3", SERVICE, desktop, answer],
-                env=environment(DBUS_SESSION_BUS_ADDRESS=self.bus.address),
+                env=environment(DBUS_SESSION_BUS_ADDRESS=(bus or self.bus).address),
                 stdin=subprocess.DEVNULL,
                 stdout=log,
                 preexec_fn=die_with_parent,
@@ -170,6 +171,22 @@ class DesktopPower(unittest.TestCase):
         self.assertNotIn("release 0", self.calls())
         driver.release(number)
         wait_until(lambda: "release 0" in self.calls(), "the release")
+
+    def test_a_service_that_restarts_while_another_is_waited_for_is_asked_again(self):
+        system = SessionBus()
+        self.addCleanup(system.stop)
+        self.service("logind", "refuse-late", system)
+        service = self.service("session-manager")
+        driver = self.driver(system_bus=system)
+        results = []
+        request = threading.Thread(target=lambda: results.append(driver.create()))
+        request.start()
+        wait_until(lambda: "Inhibit Vigilo 0 4 -> 0" in self.calls(), "the grant")
+        end(service)
+        self.service("session-manager")
+        request.join()
+        self.assertEqual(results[0][0], 0)
+        wait_until(lambda: self.calls().count("Inhibit Vigilo 0 4 -> 0") == 2, "the lock to be taken again")
 
     def test_a_service_that_refuses_after_its_restart_is_asked_until_it_grants(self):
         service = self.service("plasma")

@@ -1,9 +1,11 @@
 #!/usr/bin/python3
 """One desktop's power service with the interface of the real one; prints what it is asked.
-Usage: fake_power_service.py plasma|session-manager|power-manager|portal grant|hang|renames|refuse-twice|ERROR-NAME
+Usage: fake_power_service.py plasma|session-manager|power-manager|logind|portal ANSWER
+ANSWER is grant, hang, renames, refuse-twice, refuse-late (after a second) or the name of an error.
 "renames" grants, and gives its name away and takes it back on SIGUSR1. The portal knows "deny", too: it
 accepts the request and says no in its response."""
 
+import os
 import signal
 import sys
 
@@ -27,6 +29,7 @@ SERVICES = {
         "/org/freedesktop/PowerManagement/Inhibit",
         "org.freedesktop.PowerManagement.Inhibit",
     ),
+    "logind": ("org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager"),
     "portal": (
         "org.freedesktop.portal.Desktop",
         "/org/freedesktop/portal/desktop",
@@ -34,6 +37,11 @@ SERVICES = {
     ),
 }
 NAME, PATH, INTERFACE = SERVICES[DESKTOP]
+
+
+def say(*words):
+    """In one write: others write into the same file."""
+    os.write(sys.stdout.fileno(), (" ".join(map(str, words)) + "\n").encode())
 
 
 class Refusal(dbus.DBusException):
@@ -45,7 +53,7 @@ def watch_holder(name):
 
     def notice(owner):
         if not owner:
-            print("holder gone", flush=True)
+            say("holder gone")
             watch.cancel()
 
     watch = bus.watch_name_owner(name, notice)
@@ -57,21 +65,23 @@ class Service(dbus.service.Object):
 
     def take(self, text, sender, reply, error):
         watch_holder(sender)
-        if ANSWER == "hang":
-            print(text, "...", flush=True)
+        if ANSWER in ("hang", "refuse-late"):
+            say(text, "...")
+            if ANSWER == "refuse-late":
+                GLib.timeout_add(1000, lambda: error(Refusal("no", name="org.freedesktop.DBus.Error.Failed")))
             return
         if ANSWER not in ("grant", "renames", "refuse-twice") or self.refusals > 0:
             self.refusals -= 1
-            print(text, "refused", flush=True)
+            say(text, "refused")
             name = ANSWER if "." in ANSWER else "org.freedesktop.DBus.Error.Failed"
             error(Refusal("no", name=name))
             return
-        print(text, "->", self.cookies, flush=True)
+        say(text, "->", self.cookies)
         reply(dbus.UInt32(self.cookies))
         self.cookies += 1
 
     def give_back(self, cookie):
-        print("release", int(cookie), flush=True)
+        say("release", int(cookie))
 
 
 OPTIONS = {"sender_keyword": "sender", "async_callbacks": ("reply", "error"), "out_signature": "u"}
@@ -107,6 +117,14 @@ class PowerManager(Service):
         self.give_back(cookie)
 
 
+class Logind(Service):
+    """It grants nothing: that would be a descriptor."""
+
+    @dbus.service.method(INTERFACE, in_signature="ssss", **(OPTIONS | {"out_signature": "h"}))
+    def Inhibit(self, what, who, _why, mode, sender, reply, error):
+        self.take("Inhibit %s %s %s" % (what, who, mode), sender, reply, error)
+
+
 class PortalRequest(dbus.service.Object):
     @dbus.service.signal("org.freedesktop.portal.Request", signature="ua{sv}")
     def Response(self, response, results):
@@ -114,7 +132,7 @@ class PortalRequest(dbus.service.Object):
 
     @dbus.service.method("org.freedesktop.portal.Request")
     def Close(self):
-        print("close", flush=True)
+        say("close")
         self.remove_from_connection()
 
 
@@ -125,7 +143,7 @@ class Portal(Service):
         name = sender[1:].replace(".", "_")
         path = "/org/freedesktop/portal/desktop/request/%s/%s" % (name, options["handle_token"])
         request = PortalRequest(bus, path)
-        print("Inhibit %d" % flags, ANSWER, flush=True)
+        say("Inhibit %d" % flags, ANSWER)
         if ANSWER != "hang":
             GLib.timeout_add(50, lambda: request.Response(0 if ANSWER == "grant" else 1, {}))
         return dbus.ObjectPath(path)
@@ -133,12 +151,15 @@ class Portal(Service):
 
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 bus = dbus.SessionBus()
-KINDS = {"plasma": Plasma, "session-manager": SessionManager, "power-manager": PowerManager, "portal": Portal}
+KINDS = {
+    "plasma": Plasma, "session-manager": SessionManager, "power-manager": PowerManager, "logind": Logind,
+    "portal": Portal,
+}
 service = KINDS[DESKTOP](bus, PATH)
 # The name last: who sees it may ask at once.
 name = dbus.service.BusName(NAME, bus)
 GLib.unix_signal_add(
     GLib.PRIORITY_DEFAULT, signal.SIGUSR1, lambda: bus.release_name(NAME) and bus.request_name(NAME) or True
 )
-print("ready", flush=True)
+say("ready")
 GLib.MainLoop().run()

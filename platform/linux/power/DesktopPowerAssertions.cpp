@@ -80,6 +80,12 @@ DesktopPowerAssertions::attempt(InhibitionRequest request, std::function<void()>
 /// Keeps what was granted in place of what was held before.
 void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
     Held& held = held_.at(id);
+    held.watch = std::make_unique<PowerWatch>(result.buses, [this, id] { retake(id, false); });
+    for (const auto& [means, inhibition] : result.inhibitions) {
+        if (const QString grantor = inhibition->grantor(); !grantor.isEmpty()) {
+            held.watch->expectOwner(grantor);
+        }
+    }
     // What a means did not grant anew it may still honour from before: logind keeps its locks over
     // a restart. The new ones are held already, so there is no moment without a lock.
     for (const InhibitMeans means : result.refused) {
@@ -89,7 +95,6 @@ void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
         }
     }
     held.inhibitions = std::move(result.inhibitions);
-    held.watch = std::make_unique<PowerWatch>(result.buses, [this, id] { retake(id, false); });
     held.pause = firstPause;
     if (held.retry) {
         std::exchange(held.retry, nullptr)->invalidate();

@@ -47,8 +47,10 @@ std::optional<InhibitionResult> InhibitionAttempt::result(std::chrono::milliseco
 
 void InhibitionAttempt::run(const std::shared_ptr<State>& state, const InhibitionRequest& request,
                             const std::function<void()>& onFinished) {
-    std::optional<InhibitionResult> result = takeInhibitions(request);
     {
+        // Given back at the end of this block when nobody wants it any more: once the end is told
+        // of, the program may end, too.
+        std::optional<InhibitionResult> result = takeInhibitions(request);
         const std::lock_guard lock(state->mutex);
         if (!state->isDropped) {
             state->result.swap(result);

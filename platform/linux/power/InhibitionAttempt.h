@@ -14,7 +14,7 @@ namespace vigilo::platform {
 class InhibitionAttempt {
 public:
     /// Starts the request. `onFinished`, which may be empty, is called on the attempt's own thread
-    /// when the result is there, also after the attempt was dropped.
+    /// when the result is there or, after the attempt was dropped, has been given back.
     InhibitionAttempt(InhibitionRequest request, const std::function<void()>& onFinished);
 
     InhibitionAttempt(const InhibitionAttempt&) = delete;

@@ -4,6 +4,9 @@
 
 #include <utility>
 
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 
 namespace vigilo::platform {
@@ -41,6 +44,23 @@ void PowerWatch::watch(const PrivateBus& bus, QDBusServiceWatcher& watcher) {
     connection.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                        this, SLOT(disconnected()));
+}
+
+void PowerWatch::expectOwner(const QString& name) {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question << name;
+    // The bus answers after it has begun to tell of changes.
+    auto* const answer =
+        new QDBusPendingCallWatcher(buses_.session->connection().asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        const QDBusPendingReply<bool> hasOwner = *answer;
+        if (hasOwner.isValid() && !hasOwner.value()) {
+            onChange_();
+        }
+    });
 }
 
 void PowerWatch::disconnected() {

@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include <QObject>
+#include <QString>
 
 class QDBusServiceWatcher;
 
@@ -20,6 +21,10 @@ public:
     /// `onChange` is called from the event loop; it may come several times for one event.
     PowerWatch(const PowerBuses& buses, std::function<void()> onChange);
     ~PowerWatch() override;
+
+    /// That nobody has this name of the session's bus is a change, too: it may have gone before
+    /// anybody watched.
+    void expectOwner(const QString& name);
 
 private Q_SLOTS:
     void disconnected();

@@ -44,17 +44,29 @@ ApplicationService::ApplicationService(SessionBus& bus) : bus_(bus) {
 }
 
 ApplicationService::Claim ApplicationService::claim(const std::string& startupId) {
-    if (!bus_.connection().isConnected() || takeName()) {
-        connect(&bus_, &SessionBus::changed, this, &ApplicationService::busChanged);
-        return Claim::first;
+    const auto isFirst = [this] { return !bus_.connection().isConnected() || takeName(); };
+    if (!isFirst()) {
+        if (passOn(startupId)) {
+            return Claim::passedOn;
+        }
+        // The one that did not answer may have been about to end.
+        if (!isFirst()) {
+            return Claim::doesNotAnswer;
+        }
     }
+    connect(&bus_, &SessionBus::changed, this, &ApplicationService::busChanged);
+    return Claim::first;
+}
+
+/// Whether the instance that runs has taken the request to come forward.
+bool ApplicationService::passOn(const std::string& startupId) {
     QDBusMessage activation = QDBusMessage::createMethodCall(
         QString::fromLatin1(applicationId), QString::fromLatin1(objectPath),
         QString::fromLatin1(interfaceName), QStringLiteral("Activate"));
     activation << ownPlatformData(startupId);
     activation.setAutoStartService(false);
     const QDBusMessage answer = bus_.connection().call(activation, QDBus::Block, answerLimit);
-    return answer.type() == QDBusMessage::ReplyMessage ? Claim::passedOn : Claim::doesNotAnswer;
+    return answer.type() == QDBusMessage::ReplyMessage;
 }
 
 bool ApplicationService::takeName() {

@@ -55,6 +55,7 @@ public:
 
 private:
     bool takeName();
+    bool passOn(const std::string& startupId);
     void busChanged();
 
     SessionBus& bus_;

@@ -40,9 +40,10 @@ void BackgroundWorker::run(Task task) {
 }
 
 bool BackgroundWorker::finish(std::chrono::milliseconds limit) {
+    std::deque<Task> dropped; // destroyed without the lock, since a task may own anything
     std::unique_lock lock(state_->mutex);
     state_->isEnding = true;
-    state_->waiting.clear();
+    dropped.swap(state_->waiting);
     state_->changed.notify_all();
     return state_->changed.wait_for(lock, limit, [this] { return !state_->isBusy; });
 }

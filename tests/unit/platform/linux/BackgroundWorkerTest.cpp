@@ -53,6 +53,26 @@ TEST(BackgroundWorker, finishesTheTaskUnderWayAndDropsTheOthers) {
     EXPECT_FALSE(*later);
 }
 
+TEST(BackgroundWorker, dropsTasksThatOwnWhatUsesItAtItsEnd) {
+    BackgroundWorker worker;
+    std::promise<void> begun;
+    std::promise<void> mayEnd;
+    worker.run([&] {
+        begun.set_value();
+        mayEnd.get_future().wait();
+    });
+    begun.get_future().wait();
+    bool hasEnded = false;
+    worker.run([owned = std::shared_ptr<void>(nullptr, [&](void*) {
+                    worker.run([] {});
+                    hasEnded = true;
+                })] {});
+    EXPECT_FALSE(worker.finish(0ms));
+    EXPECT_TRUE(hasEnded);
+    mayEnd.set_value();
+    EXPECT_TRUE(worker.finish(10s));
+}
+
 TEST(BackgroundWorker, mayGoWhileATaskIsStuck) {
     auto mayEnd = std::make_shared<std::promise<void>>();
     auto ended = std::make_shared<std::promise<void>>();

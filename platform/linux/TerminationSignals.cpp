@@ -35,9 +35,9 @@ TerminationSignals::TerminationSignals() {
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         fatal("no pipe for termination signals");
     }
-    readEnd_ = ends[0];
-    writeEnd_ = ends[1];
-    if (notifiedDescriptor.exchange(writeEnd_) != -1) {
+    readEnd_ = FileDescriptor(ends[0]);
+    writeEnd_ = FileDescriptor(ends[1]);
+    if (notifiedDescriptor.exchange(writeEnd_.number()) != -1) {
         fatal("termination signals are watched twice");
     }
     sigset_t handled;
@@ -67,8 +67,6 @@ TerminationSignals::~TerminationSignals() {
         }
     }
     notifiedDescriptor.store(-1);
-    close(readEnd_);
-    close(writeEnd_);
 }
 
 } // namespace vigilo::platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/FileDescriptor.h"
+
 namespace vigilo::platform {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into something to read on a descriptor. A signal that was
@@ -13,11 +15,11 @@ public:
     TerminationSignals& operator=(const TerminationSignals&) = delete;
 
     /// Becomes readable when a signal has come in.
-    int descriptor() const { return readEnd_; }
+    int descriptor() const { return readEnd_.number(); }
 
 private:
-    int readEnd_ = -1;
-    int writeEnd_ = -1;
+    FileDescriptor readEnd_;
+    FileDescriptor writeEnd_;
 };
 
 } // namespace vigilo::platform

@@ -1,7 +1,5 @@
 #include "platform/qt/covers/FocusKeeper.h"
 
-#include "platform/qt/covers/CoverPlacement.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -29,11 +27,7 @@ FocusKeeper::FocusKeeper(std::function<bool()> hasFocus, std::function<void()> r
         }
         regain_();
         pause_ = std::min(2 * pause_, longestPause);
-        // A cover that has the focus by the toolkit's word, though not by every measure, is left in
-        // peace then.
-        if (pause_ < longestPause || !isCover(QGuiApplication::focusWindow())) {
-            timer_.start(pause_);
-        }
+        timer_.start(pause_);
     });
     focusChange_ = QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &timer_,
                                     [this] { look(); });

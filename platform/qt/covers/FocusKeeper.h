@@ -23,9 +23,11 @@ public:
     /// done so.
     void lose();
 
-private:
+    /// For whoever hears of a change that the toolkit does not: looks whether the focus is there,
+    /// in a moment.
     void look();
 
+private:
     std::function<bool()> hasFocus_;
     std::function<void()> regain_;
     std::chrono::milliseconds pause_{};

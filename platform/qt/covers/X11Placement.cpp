@@ -45,7 +45,7 @@ void keepComposited(xcb_window_t window) {
 }
 
 /// Adds to what we hear of a window; the toolkit's own choice stays.
-void listen(xcb_window_t window, std::uint32_t events) {
+void selectEvents(xcb_window_t window, std::uint32_t events) {
     const XcbReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
         connection(), xcb_get_window_attributes(connection(), window), nullptr));
     if (attributes) {
@@ -119,8 +119,8 @@ X11Placement::~X11Placement() {
 void X11Placement::show() {
     view_.create();
     window_ = static_cast<xcb_window_t>(view_.winId());
-    listen(rootWindow(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    listen(window_, XCB_EVENT_MASK_VISIBILITY_CHANGE);
+    selectEvents(rootWindow(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
+    selectEvents(window_, XCB_EVENT_MASK_VISIBILITY_CHANGE);
     keepComposited(window_);
     paintGround();
     readFrame();
@@ -153,6 +153,9 @@ bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message,
     if (focusKeeper_ && losesFocus(event, window_)) {
         // The toolkit waits some tenths of a second, in which the keys go elsewhere.
         focusKeeper_->lose();
+    }
+    if (waylandFocus_ && waylandFocus_->isNews(event)) {
+        focusKeeper_->look();
     }
     order_->answer(event);
     isOverlooked_ = isOverlooked_ || order_->isOverlooked(event);

@@ -30,7 +30,20 @@ bool XwaylandFocus::isAt(std::uint32_t window) const {
     return xcbWindowIn(server_, root_, activeWindow_) == window;
 }
 
+bool XwaylandFocus::isNews(const xcb_generic_event_t* event) const {
+    if ((event->response_type & 0x7F) != XCB_PROPERTY_NOTIFY) {
+        return false;
+    }
+    const auto* const change = reinterpret_cast<const xcb_property_notify_event_t*>(event);
+    return change->window == root_ && change->atom == activeWindow_;
+}
+
 void XwaylandFocus::moveTo(std::uint32_t window) const {
+    // Mutter takes a change of the focus for one that it has made itself until it has sent the
+    // server another request, which an idle one may never do. It reads a property that changes, be
+    // it by nothing; so at the latest the third time it heeds us.
+    xcb_change_property(server_, XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
+                        8, 0, nullptr);
     for (const std::uint32_t next : {elsewhere_, window}) {
         xcb_set_input_focus(server_, XCB_INPUT_FOCUS_POINTER_ROOT, next, XCB_CURRENT_TIME);
     }

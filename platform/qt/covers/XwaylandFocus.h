@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-struct xcb_connection_t;
+#include <xcb/xcb.h>
 
 namespace vigilo::platform {
 
@@ -21,6 +21,9 @@ public:
 
     /// Whether the compositor says that the window has the focus.
     bool isAt(std::uint32_t window) const;
+
+    /// Whether the event says that the compositor has given its word anew.
+    bool isNews(const xcb_generic_event_t* event) const;
 
     /// Lets the focus come to the window, also when it is there already.
     void moveTo(std::uint32_t window) const;

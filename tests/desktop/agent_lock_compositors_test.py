@@ -5,6 +5,7 @@ Usage: agent_lock_compositors_test.py COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEY
 
 import os
 import re
+import socket
 import subprocess
 import sys
 import time
@@ -13,6 +14,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.actions import perform
+from harness.applies import applies_where
 from harness.compositors import HEIGHT, SIDE_BY_SIDE, WIDTH, GnomeShell, KWin, Mutter, Place, Weston
 from harness.pictures import DESKTOP, has_colour
 from harness.processes import Processes, end, environment, wait_until
@@ -95,9 +97,9 @@ class AgentLock(unittest.TestCase):
         """Whether not one pixel of other programs shows."""
         return not has_colour(self.compositor.pixels(), DESKTOP)
 
-    def expect_the_keyboard(self):
+    def expect_the_keyboard(self, all_along=True):
         """Escape leaves the prompt if there is one; Tab goes to the button that leaves the screen to the
-        system's own lock."""
+        system's own lock. `all_along`: and the desktop below has had no key since the lock came."""
 
         def is_left():
             self.compositor.key("Escape", "Tab", "Return")
@@ -107,7 +109,8 @@ class AgentLock(unittest.TestCase):
         # A busy machine may take a while to give the keyboard back; what is pressed meanwhile is lost.
         wait_until(is_left, "the lock to go", timeout=30)
         self.assertIsNone(self.vigilo.poll())
-        self.assertEqual(self.keys_before, len(self.below.keys()))
+        if all_along:
+            self.assertEqual(self.keys_before, len(self.below.keys()))
 
     def expect_platform(self, name):
         """Which plugin of the toolkit the program runs on."""
@@ -115,7 +118,8 @@ class AgentLock(unittest.TestCase):
             self.assertEqual({name}, set(re.findall(r"libq(xcb|wayland)(?:-generic)?\.so", file.read())))
 
 
-@unittest.skipIf(COMPOSITOR is Weston, "it has no means for covers that hold")
+# Weston has no means for them.
+@applies_where(COMPOSITOR is not Weston)
 class CoversThatHold(AgentLock):
     def test_it_runs_where_covers_hold(self):
         self.lock()
@@ -138,37 +142,48 @@ class CoversThatHold(AgentLock):
                     end(other.process)
         self.expect_the_keyboard()
 
-    @unittest.skipIf(COMPOSITOR is KWin, "it draws those of X11 programs above every layer")
-    def test_unmanaged_windows_that_come_later_do_not_stay_to_be_seen(self):
+    def expect_to_stay_covered(self):
+        wait_until(self.is_covered, "the lock")
+        time.sleep(0.5)
+        self.assertTrue(self.is_covered())
+
+    def test_unmanaged_windows_that_come_later_neither_stay_to_be_seen_nor_get_keys(self):
         self.lock()
         for _ in range(5):
             other = OtherProgram(self, "unmanaged", "xcb")
             wait_until(lambda: "shown" in other.lines(), "the window")
-            wait_until(self.is_covered, "the lock")
-            time.sleep(0.5)
-            self.assertTrue(self.is_covered())
+            self.expect_to_stay_covered()
+            self.compositor.key("b", "Escape")
+            time.sleep(0.3)
+            self.assertEqual([], other.keys())
             end(other.process)
         self.expect_the_keyboard()
 
-    def press_the_compositors_own_shortcuts(self):
+    # It puts all of them on top then.
+    @applies_where(COMPOSITOR is KWin)
+    def test_unmanaged_windows_that_were_there_before_stay_below_when_they_move(self):
+        other = OtherProgram(self, "unmanaged", "xcb")
+        wait_until(lambda: "shown" in other.lines(), "the window")
+        self.lock()
+        windows = ("xdotool", "search", "--onlyvisible", "--class", "other_window")
+        for change in (("windowmove", "%@", "50", "60"), ("windowsize", "%@", "500", "400"), ("windowraise", "%1")):
+            with self.subTest(change=change):
+                subprocess.run([*windows, *change], env=self.variables, check=True)
+                time.sleep(0.3)
+                self.expect_to_stay_covered()
+        self.expect_the_keyboard()
+
+    def test_the_compositors_own_shortcuts_neither_uncover_it_nor_take_the_keyboard(self):
         self.lock()
         for keys in ("alt+F4", "super", "super+d", "ctrl+alt+Right", "ctrl+alt+Left"):
             self.compositor.key(keys)
             time.sleep(1)
             # GNOME's overview shows the desktop until it is ended.
             wait_until(self.is_covered, "the end of what these keys do: " + keys)
+        # GNOME's shell gives it to the desktop below until the lock has asked for it, which takes a moment.
+        self.expect_the_keyboard(all_along=COMPOSITOR is not GnomeShell)
 
-    @unittest.skipUnless(COMPOSITOR is GnomeShell, "the next one tells that, too")
-    def test_the_compositors_own_shortcuts_do_not_uncover_it(self):
-        self.press_the_compositors_own_shortcuts()
-        self.assertIsNone(self.vigilo.poll())
-        self.assertEqual(self.keys_before, len(self.below.keys()))
-
-    def test_the_compositors_own_shortcuts_neither_uncover_it_nor_take_the_keyboard(self):
-        self.press_the_compositors_own_shortcuts()
-        self.expect_the_keyboard()
-
-    @unittest.skipUnless(COMPOSITOR is GnomeShell, "it has no overview")
+    @applies_where(COMPOSITOR is GnomeShell)
     def test_the_overview_ends_at_once_and_gives_the_keyboard_back(self):
         self.lock()
         for _ in range(3):
@@ -178,10 +193,23 @@ class CoversThatHold(AgentLock):
         self.expect_the_keyboard()
 
 
-@unittest.skipIf(COMPOSITOR is KWin, "it has layers")
+# Elsewhere the lock is on the X server itself, or has no use for it.
+@applies_where(COMPOSITOR is KWin)
+class XServerThatHangs(AgentLock):
+    def test_it_holds_nothing_up(self):
+        with socket.socket(socket.AF_UNIX) as server:
+            server.bind("\0/tmp/.X11-unix/X%d" % os.getpid())
+            server.listen()
+            self.lock(DISPLAY=":%d" % os.getpid())
+            server.settimeout(10)
+            with server.accept()[0]:
+                self.expect_the_keyboard()
+
+
+@applies_where(COMPOSITOR is not KWin)
 class FullScreenWindows(AgentLock):
     """All that is left on Weston, and on the others without an X server. Windows that come later
-    show, on Weston for a moment."""
+    show for a moment."""
 
     def lock(self):
         super().lock(**({} if COMPOSITOR is Weston else {"DISPLAY": None}))
@@ -196,12 +224,12 @@ class FullScreenWindows(AgentLock):
         time.sleep(1)
         self.expect_the_keyboard()
 
-    @unittest.skipUnless(COMPOSITOR is Weston, "they only ask for the focus")
     def test_they_come_back_above_windows_that_come_later_and_get_the_keyboard_back(self):
         self.lock()
         for kind in ("full-screen", "normal"):
             other = OtherProgram(self, kind, "wayland")
             wait_until(lambda: "shown" in other.lines(), "the window")
+            wait_until(self.is_covered, "the covers")
             # Until what is under way has come to its end.
             time.sleep(1.5)
             self.assertTrue(self.is_covered(), kind)
@@ -225,8 +253,8 @@ class FullScreenWindows(AgentLock):
         self.expect_the_keyboard()
 
 
-# GNOME's shell does as its compositor alone, which starts sooner.
-@unittest.skipUnless(COMPOSITOR in (KWin, Mutter), "its outputs stay as they are")
+# GNOME's shell does as its compositor alone, which starts sooner. Weston's outputs stay as they are.
+@applies_where(COMPOSITOR in (KWin, Mutter))
 class ChangingOutputs(AgentLock):
     def covers(self):
         """Whether a cover is what shows at the edges of an output, for each of them."""
@@ -269,7 +297,8 @@ class ChangingOutputs(AgentLock):
         self.expect_the_keyboard()
 
 
-@unittest.skipUnless(COMPOSITOR is Mutter, "one is enough")
+# One is enough.
+@applies_where(COMPOSITOR is Mutter)
 class Choice(AgentLock):
     def test_the_users_own_choice_of_a_platform_counts(self):
         self.lock(QT_QPA_PLATFORM="wayland")

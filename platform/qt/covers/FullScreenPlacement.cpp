@@ -81,16 +81,20 @@ void FullScreenPlacement::takeKeyboard() {
     takesKeyboard_ = true;
     view_.requestActivate();
     overview_.emplace();
+    gtkShell_ = GtkShell::connect();
 }
 
 bool FullScreenPlacement::hasFocus() {
-    const bool result = isCover(QGuiApplication::focusWindow());
+    const QWindow* const window = QGuiApplication::focusWindow();
+    const bool result = gtkShell_ ? window == &view_ : isCover(window);
     attempts_ = result ? 0 : attempts_;
     return result;
 }
 
 void FullScreenPlacement::comeBack() {
-    if (takesKeyboard_) {
+    if (gtkShell_) {
+        present();
+    } else if (takesKeyboard_) {
         view_.raise();
         view_.requestActivate();
     }
@@ -100,6 +104,16 @@ void FullScreenPlacement::comeBack() {
         ground_ = std::make_unique<Ground>(view_, [this] { showAnew(); });
         ground_->showFullScreen();
     }
+}
+
+/// Each cover comes up by having the focus, the one that keeps it last.
+void FullScreenPlacement::present() {
+    for (QWindow* const window : QGuiApplication::topLevelWindows()) {
+        if (window != &view_ && isCover(window)) {
+            gtkShell_->present(*window);
+        }
+    }
+    gtkShell_->present(view_);
 }
 
 void FullScreenPlacement::showAnew() {

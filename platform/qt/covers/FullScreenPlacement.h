@@ -3,6 +3,7 @@
 #include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/covers/FocusKeeper.h"
 #include "platform/qt/covers/GnomeOverview.h"
+#include "platform/qt/covers/GtkShell.h"
 
 #include <memory>
 #include <optional>
@@ -15,7 +16,8 @@ namespace vigilo::platform {
 /// An ordinary full-screen window: all that a compositor without a protocol for covers allows. Such
 /// a compositor puts each new window on top and gives it the focus, so when that is lost the window
 /// becomes a new one, too. Not on Mutter, where a new window belongs to the workspace that is shown
-/// then and would leave the others uncovered; there it only asks for the focus.
+/// then and would leave the others uncovered; there the one with the keyboard has all of them
+/// raised.
 class FullScreenPlacement : public CoverPlacement {
 public:
     FullScreenPlacement(QQuickView& view, QScreen& screen);
@@ -26,6 +28,7 @@ public:
 private:
     bool hasFocus();
     void comeBack();
+    void present();
     void showAnew();
 
     QQuickView& view_;
@@ -35,7 +38,8 @@ private:
     int attempts_ = 0; ///< to come back, since the focus was lost
     bool takesKeyboard_ = false;
     std::optional<FocusKeeper> focusKeeper_;
-    std::optional<GnomeOverview> overview_; ///< of the one with the keyboard
+    std::optional<GnomeOverview> overview_; ///< of the one with the keyboard, as is the next
+    std::unique_ptr<GtkShell> gtkShell_;    ///< on Mutter
 };
 
 } // namespace vigilo::platform

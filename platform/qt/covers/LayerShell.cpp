@@ -1,11 +1,8 @@
 #include "platform/qt/covers/LayerShell.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <string_view>
+#include "platform/qt/covers/WaylandGlobals.h"
 
-#include <QGuiApplication>
-#include <qpa/qplatformnativeinterface.h>
+#include <cstdint>
 
 #include <keyboard-shortcuts-inhibit.h>
 #include <wayland-client.h>
@@ -17,24 +14,18 @@ namespace {
 
 constexpr std::uint32_t latestShell = 4;
 
-void add(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
-         std::uint32_t version) {
-    auto& shell = *static_cast<LayerShell*>(data);
-    const std::string_view offered = interface;
-    if (offered == wl_shm_interface.name) {
-        shell.memory = static_cast<wl_shm*>(wl_registry_bind(registry, name, &wl_shm_interface, 1));
-    } else if (offered == zwlr_layer_shell_v1_interface.name) {
-        shell.shell = static_cast<zwlr_layer_shell_v1*>(wl_registry_bind(
-            registry, name, &zwlr_layer_shell_v1_interface, std::min(version, latestShell)));
-    } else if (offered == zwp_keyboard_shortcuts_inhibit_manager_v1_interface.name) {
-        shell.shortcuts = static_cast<zwp_keyboard_shortcuts_inhibit_manager_v1*>(wl_registry_bind(
-            registry, name, &zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1));
+void take(LayerShell& shell, const WaylandGlobal& offered) {
+    if (offered.interface == wl_shm_interface.name) {
+        shell.memory = offered.bind<wl_shm>(wl_shm_interface, 1);
+    } else if (offered.interface == zwlr_layer_shell_v1_interface.name) {
+        shell.shell = offered.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, latestShell);
+    } else if (offered.interface == zwp_keyboard_shortcuts_inhibit_manager_v1_interface.name) {
+        shell.shortcuts = offered.bind<zwp_keyboard_shortcuts_inhibit_manager_v1>(
+            zwp_keyboard_shortcuts_inhibit_manager_v1_interface, 1);
+    } else if (offered.interface == "org_kde_plasma_shell") {
+        shell.isKWin = true;
     }
 }
-
-void remove(void*, wl_registry*, std::uint32_t) {}
-
-constexpr wl_registry_listener registryListener{.global = add, .global_remove = remove};
 
 } // namespace
 
@@ -44,23 +35,15 @@ std::shared_ptr<LayerShell> LayerShell::connect() {
     if (auto shell = inUse.lock()) {
         return shell;
     }
-    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+    wl_display* const display = waylandDisplay();
+    if (display == nullptr) {
         return nullptr;
     }
     std::shared_ptr<LayerShell> shell(new LayerShell);
-    shell->display = static_cast<wl_display*>(
-        QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display"));
-    if (shell->display == nullptr) {
-        return nullptr;
-    }
-    shell->queue = wl_display_create_queue(shell->display);
-    auto* const wrapper = static_cast<wl_display*>(wl_proxy_create_wrapper(shell->display));
-    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(wrapper), shell->queue);
-    wl_registry* const registry = wl_display_get_registry(wrapper);
-    wl_proxy_wrapper_destroy(wrapper);
-    wl_registry_add_listener(registry, &registryListener, shell.get());
-    wl_display_roundtrip_queue(shell->display, shell->queue);
-    wl_registry_destroy(registry);
+    shell->display = display;
+    shell->queue = wl_display_create_queue(display);
+    visitGlobals(display, shell->queue,
+                 [&](const WaylandGlobal& offered) { take(*shell, offered); });
     if (shell->shell == nullptr) {
         return nullptr;
     }

@@ -25,6 +25,7 @@ public:
     wl_shm* memory = nullptr;
     zwlr_layer_shell_v1* shell = nullptr;
     zwp_keyboard_shortcuts_inhibit_manager_v1* shortcuts = nullptr; ///< perhaps not offered
+    bool isKWin = false; ///< whose overlay layer is not its own
 
 private:
     LayerShell() = default;

@@ -2,6 +2,7 @@
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/qt/covers/LayerShell.h"
+#include "platform/qt/covers/UnmanagedWatch.h"
 
 #include <utility>
 
@@ -91,6 +92,28 @@ bool LayerShellPlacement::takeLayer(QScreen& screen) {
 void LayerShellPlacement::show() {
     view_.show();
     paintGround();
+    if (shell_->isKWin) {
+        stayOnTop();
+    }
+}
+
+/// KWin raises what it gives the keyboard, which is all that raises a surface within its layer.
+void LayerShellPlacement::stayOnTop() {
+    unmanaged_ = UnmanagedWatch::begin();
+    if (!unmanaged_) {
+        return;
+    }
+    QObject::connect(unmanaged_.get(), &UnmanagedWatch::mayOvertake, &listener_, [this] {
+        if (!focusKeeper_) {
+            setKeyboard(exclusiveKeyboard);
+            setKeyboard(noKeyboard);
+        }
+    });
+    QObject::connect(unmanaged_.get(), &UnmanagedWatch::wereRaised, &listener_, [this] {
+        if (focusKeeper_) {
+            regainKeyboard();
+        }
+    });
 }
 
 /// Hides the display at once, in black: the toolkit draws its first picture some milliseconds
@@ -132,11 +155,13 @@ void LayerShellPlacement::takeKeyboard() {
     setKeyboard(exclusiveKeyboard);
     inhibitShortcuts();
     focusKeeper_.emplace([] { return isCover(QGuiApplication::focusWindow()); },
-                         [this] {
-                             // Only a change makes the compositor look at it again.
-                             setKeyboard(noKeyboard);
-                             setKeyboard(exclusiveKeyboard);
-                         });
+                         [this] { regainKeyboard(); });
+}
+
+void LayerShellPlacement::regainKeyboard() {
+    // Only a change makes the compositor look at it again.
+    setKeyboard(noKeyboard);
+    setKeyboard(exclusiveKeyboard);
 }
 
 wl_surface* LayerShellPlacement::surface() const {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include <QObject>
 #include <QSize>
 
 struct wl_buffer;
@@ -17,6 +18,7 @@ struct zwp_keyboard_shortcuts_inhibitor_v1;
 namespace vigilo::platform {
 
 class LayerShell;
+class UnmanagedWatch;
 
 /// A surface on the compositor's overlay layer, which is above every window and panel.
 class LayerShellPlacement : public CoverPlacement {
@@ -36,7 +38,9 @@ private:
     wl_surface* surface() const;
     void paintGround();
     void dropGround();
+    void stayOnTop();
     void setKeyboard(std::uint32_t mode);
+    void regainKeyboard();
     void inhibitShortcuts();
 
     static void configure(void* data, zwlr_layer_surface_v1* layerSurface, std::uint32_t serial,
@@ -51,6 +55,8 @@ private:
     bool isConfigured_ = false;
     QSize size_; ///< in the compositor's units; empty until it asks for one
     std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard
+    std::shared_ptr<UnmanagedWatch> unmanaged_;
+    QObject listener_; ///< to what that tells
 };
 
 } // namespace vigilo::platform

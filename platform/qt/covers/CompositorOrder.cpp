@@ -123,8 +123,10 @@ void CompositorOrder::holdKeyboard() const {
 }
 
 /// To get the parent that it has already is as good as being unmapped and mapped again, but one
-/// request, which nothing can come in between.
+/// request, which nothing can come in between. The marker goes first: a compositor that has
+/// overlooked it does not know what a raise above it means.
 void CompositorOrder::putUpAnew(int x, int y) const {
+    xcb_reparent_window(server_, marker_, root_, markerPlace, markerPlace);
     xcb_reparent_window(server_, cover_, root_, static_cast<std::int16_t>(x),
                         static_cast<std::int16_t>(y));
 }

@@ -1,6 +1,7 @@
 #include "platform/qt/QtAuthenticator.h"
 
 #include "platform/Fatal.h"
+#include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/prompt/UnlockPromptModel.h"
 
 #include <utility>
@@ -17,20 +18,15 @@ namespace vigilo::platform {
 
 namespace {
 
-bool isCover(const QWindow& window) {
-    return window.isVisible() && (window.flags().testFlag(Qt::BypassWindowManagerHint) ||
-                                  window.windowState() == Qt::WindowFullScreen);
-}
-
 /// The cover with the keyboard, else the first one; without any, the window with the keyboard.
 QQuickView* host() {
     auto* const focused = qobject_cast<QQuickView*>(QGuiApplication::focusWindow());
-    if (focused != nullptr && isCover(*focused)) {
+    if (isCover(focused)) {
         return focused;
     }
     for (QWindow* const window : QGuiApplication::topLevelWindows()) {
         auto* const view = qobject_cast<QQuickView*>(window);
-        if (view != nullptr && isCover(*view)) {
+        if (isCover(view)) {
             return view;
         }
     }
@@ -55,6 +51,7 @@ void QtAuthenticator::evaluate(const std::string& reason, const std::string& can
     model_ = std::make_unique<UnlockPromptModel>(QString::fromStdString(reason),
                                                  QString::fromStdString(cancelTitle),
                                                  [this](bool isOwner) { end(isOwner); });
+    view->installEventFilter(model_.get());
     QQmlComponent component(view->engine(),
                             QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/Prompt/UnlockPrompt.qml")));
     sheet_ = qobject_cast<QQuickItem*>(component.createWithInitialProperties(

@@ -5,12 +5,13 @@ system can go wrong, read as a screen reader reads it. Usage: unlock_prompt_test
 import os
 import signal
 import sys
+import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.pam import OddPam
-from harness.processes import wait_until
+from harness.processes import end, wait_until
 from harness.prompt_test import NOT_NOW, NOT_RIGHT, PromptTest
 
 PromptTest.vigilo, PromptTest.module = sys.argv[1:3]
@@ -28,6 +29,40 @@ class UnlockPrompt(PromptTest):
             self.wait_for_message(NOT_RIGHT)
             self.wait_for_question("Password. " + NOT_RIGHT)
             self.assertTrue(self.is_covered())
+        self.unlock()
+
+    def test_a_wait_for_the_next_attempt_is_said_and_not_slept_through(self):
+        self.pam.does("delay", "6000", "ask", "Password:")
+        self.open()
+        self.submit("wrong")
+        wait_until(lambda: "".join(self.message()).startswith(NOT_RIGHT + " The next one is checked in "), "the wait")
+        self.assertEqual(self.helpers(), [])
+        # It can be left meanwhile.
+        self.stay_locked()
+        self.open()
+        self.submit("wrong")
+        wait_until(lambda: "checked in" in "".join(self.message()), "the wait")
+        self.wait_for_message(NOT_RIGHT)
+        self.submit("wrong")
+        wait_until(lambda: "checked in" in "".join(self.message()), "the wait")
+        # What is typed meanwhile is checked when it is over.
+        self.submit("right")
+        wait_until(lambda: self.message() == [], "the message to go")
+        self.assertTrue(self.is_covered())
+        self.is_unlocked()
+
+    def test_one_that_nobody_uses_goes_after_a_minute_and_the_lock_stays(self):
+        self.open()
+        # Whoever is there without typing is there all the same.
+        begun = time.monotonic()
+        while time.monotonic() < begun + 70:
+            self.display.key("Shift_L", "Tab")
+            time.sleep(5)
+        self.assertTrue(self.prompt())
+        wait_until(lambda: not self.prompt(), "the prompt to give up", timeout=180)
+        self.assertTrue(self.is_covered())
+        wait_until(lambda: not self.helpers() + self.fingers(), "the helpers to end")
+        self.open()
         self.unlock()
 
     def test_several_questions_are_asked_one_after_another(self):
@@ -111,6 +146,15 @@ class UnlockPrompt(PromptTest):
                 self.open()
                 self.unlock()
                 self.lock()
+
+    def test_the_owner_is_known_whatever_the_programs_parent_ignored(self):
+        # Some window managers hand this on to all that they start.
+        end(self.vigilo)
+        self.start("env", "--ignore-signal=CHLD")
+        self.open()
+        self.submit("wrong")
+        self.wait_for_message(NOT_RIGHT)
+        self.unlock()
 
     def test_a_helper_that_is_killed_leaves_the_lock_up(self):
         self.open()

@@ -26,7 +26,7 @@ class UnlockPromptOnWayland(unittest.TestCase):
         cls.desktop = AccessibleDesktop()
         cls.addClassCleanup(cls.desktop.stop)
 
-    def setUp(self):
+    def lock(self, has_keyboard=True):
         self.sway = self.enterContext(Sway())
         self.pam = self.enterContext(OddPam(MODULE))
         self.processes = self.enterContext(Processes())
@@ -40,9 +40,10 @@ class UnlockPromptOnWayland(unittest.TestCase):
             QT_QPA_PLATFORM="wayland",
         )
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
-        # A keyboard that is there before the first key: clients take note of one only after a while.
-        self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
-        self.processes.start(self.pam.command(VIGILO), env=self.variables)
+        if has_keyboard:
+            # There before the first key: clients take note of one only after a while.
+            self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
+        self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
         self.desktop.wait_for("push button", "Start Awake Session").press()
         self.desktop.wait_for("push button", UNLOCK).press()
         wait_until(lambda: self.hint() == "Password", "the prompt")
@@ -58,6 +59,7 @@ class UnlockPromptOnWayland(unittest.TestCase):
         subprocess.run(["wtype", *arguments], env=self.variables, check=True)
 
     def test_caps_lock_is_told_as_long_as_it_is_on(self):
+        self.lock()
         keyboard = self.processes.start(["wtype", "-M", "capslock", "-s", "600000"], env=self.variables)
         wait_until(lambda: self.hint() == "Password. Caps Lock is on.", "the warning")
         end(keyboard)
@@ -66,11 +68,19 @@ class UnlockPromptOnWayland(unittest.TestCase):
         wait_until(lambda: self.hint() == "Password", "the end of the warning")
 
     def test_it_is_left_and_passed_by_keyboard(self):
+        self.lock()
         self.wtype("-k", "Escape")
         wait_until(lambda: self.hint() is None, "the prompt to go")
         self.wtype("right", "-k", "Return")
         self.desktop.wait_for("push button", "End Awake Session")
         wait_until(lambda: not self.desktop.find("push button", UNLOCK), "the lock to go")
+
+    def test_a_seat_that_has_never_had_a_keyboard_is_survived(self):
+        self.lock(has_keyboard=False)
+        self.desktop.wait_for("push button", "Stay Locked").press()
+        wait_until(lambda: self.hint() is None, "the prompt to go")
+        self.assertTrue(self.sway.is_covered())
+        self.assertIsNone(self.vigilo.poll())
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 // A PAM module for tests that behaves as its arguments say, one after another:
 //   ask TEXT      asks with this text ("_" stands for a blank); only "right" is right
 //   say TEXT      has something to say
+//   delay TIME    wants about so many milliseconds to pass after a wrong answer
 //   hang          does not come back
 //   crash         aborts
 //   exit          ends the whole process as if all were well
@@ -23,6 +24,7 @@
 #include <string>
 #include <string_view>
 
+#include <security/pam_appl.h>
 #include <security/pam_ext.h>
 #include <security/pam_modules.h>
 #include <sys/prctl.h>
@@ -119,6 +121,9 @@ extern "C" int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const ch
             } else if (!isRight(handle, text)) {
                 return PAM_AUTH_ERR;
             }
+        } else if (step == "delay") {
+            pam_fail_delay(handle,
+                           static_cast<unsigned>(std::strtoul(argv[++index], nullptr, 10)) * 1000);
         } else if (step == "sensor") {
             return touched(handle, argv[++index]);
         } else if (step == "hang") {

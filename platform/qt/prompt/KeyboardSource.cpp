@@ -15,9 +15,10 @@ std::unique_ptr<KeyboardSource> KeyboardSource::make(Listener listener) {
         return std::make_unique<X11Keyboard>(x11->connection(), std::move(listener));
     }
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
-        auto* const seat = static_cast<wl_seat*>(
-            QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_seat"));
-        if (seat != nullptr) {
+        auto* const native = QGuiApplication::platformNativeInterface();
+        auto* const seat = static_cast<wl_seat*>(native->nativeResourceForIntegration("wl_seat"));
+        // To ask a seat that has never had a keyboard for one ends the connection, and the program.
+        if (seat != nullptr && native->nativeResourceForIntegration("wl_keyboard") != nullptr) {
             return std::make_unique<WaylandKeyboard>(seat, std::move(listener));
         }
     }

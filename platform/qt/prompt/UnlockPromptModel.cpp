@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <QEvent>
+
 namespace vigilo::platform {
 
 using authentication::Frame;
@@ -20,6 +22,18 @@ constexpr auto longestDelay = 10000ms;
 // What a module has to say fits in here; one that says more is cut.
 constexpr int longestMessage = 300;
 
+QString notRight() {
+    return QStringLiteral("That password is not right.");
+}
+
+/// How long the system has the owner wait for the next attempt, in whole seconds; nothing when it
+/// has not.
+QString waitingTime(std::chrono::milliseconds delay) {
+    const auto seconds = std::chrono::ceil<std::chrono::seconds>(delay).count();
+    return seconds > 0 ? QStringLiteral(" The next one is checked in %1 s.").arg(seconds)
+                       : QString();
+}
+
 QString shown(const std::string& text) {
     return QString::fromStdString(displayText(text)).simplified().left(longestMessage);
 }
@@ -32,7 +46,12 @@ UnlockPromptModel::UnlockPromptModel(QString reason, QString cancelTitle,
     idleTimer_.setSingleShot(true);
     connect(&idleTimer_, &QTimer::timeout, this, &UnlockPromptModel::cancel);
     delayTimer_.setSingleShot(true);
-    connect(&delayTimer_, &QTimer::timeout, this, &UnlockPromptModel::startHelper);
+    connect(&delayTimer_, &QTimer::timeout, this, [this] {
+        if (!isSubmitted_) {
+            say(notRight(), true);
+        }
+        startHelper();
+    });
     touch();
     // First: where the system asks everybody for a finger before the password, the reader is taken
     // by then and the password's turn comes at once.
@@ -46,16 +65,29 @@ void UnlockPromptModel::touch() {
     idleTimer_.start(idleLimit);
 }
 
+bool UnlockPromptModel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        touch();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 void UnlockPromptModel::startFinger() {
     finger_ = std::make_unique<FingerprintAttempt>(FingerprintAttempt::Events{
-        .onHint =
-            [this](const std::string& text, bool isError) {
-                fingerprintHint_ = shown(text);
-                isFingerprintError_ = isError;
-                Q_EMIT changed();
-            },
+        .onHint = [this](const std::string& text,
+                         bool isError) { hearReader(shown(text), isError); },
         .onOwner = [this] { end(true); },
     });
+}
+
+/// Readers ask for the next try in the same moment, which is not to hide why it is wanted.
+void UnlockPromptModel::hearReader(const QString& text, bool isError) {
+    if (isError || text.isEmpty()) {
+        fingerprintError_ = text;
+    }
+    fingerprintHint_ =
+        isError || fingerprintError_.isEmpty() ? text : fingerprintError_ + ". " + text;
+    Q_EMIT changed();
 }
 
 void UnlockPromptModel::startHelper() {
@@ -156,7 +188,7 @@ void UnlockPromptModel::helperEnded(Verdict verdict) {
     if (!isPossible_) {
         Q_EMIT changed();
     } else if (verdict == Verdict::refused && isAnswered_) {
-        say(QStringLiteral("That password is not right."), true);
+        say(notRight() + waitingTime(delay_), true);
         delayTimer_.start(delay_);
     } else {
         // A new helper would most likely fare the same, so it waits until somebody tries again.

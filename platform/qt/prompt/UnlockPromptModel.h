@@ -41,8 +41,11 @@ public:
     /// A password was typed: hands it over and forgets it.
     Q_INVOKABLE void submit(vigilo::platform::PasswordField* field);
 
-    /// Somebody is there: the time after which an unused prompt gives up begins anew.
+    /// Somebody is there: the time after which an unused prompt gives up begins anew. Any key that
+    /// is pressed in a window whose events this object filters says so, too.
     Q_INVOKABLE void touch();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     Q_INVOKABLE void cancel();
 
@@ -56,7 +59,7 @@ public:
     /// What the fingerprint reader has to say; empty where there is none.
     QString fingerprintHint() const { return fingerprintHint_; }
 
-    bool isFingerprintError() const { return isFingerprintError_; }
+    bool isFingerprintError() const { return !fingerprintError_.isEmpty(); }
     bool isError() const { return isError_; }
     bool isBusy() const { return isBusy_; }
     bool isPossible() const { return isPossible_; }
@@ -66,6 +69,7 @@ Q_SIGNALS:
 
 private:
     void startFinger();
+    void hearReader(const QString& text, bool isError);
     void startHelper();
     void take(const authentication::Frame& frame);
     void ask(const std::string& question);
@@ -89,7 +93,7 @@ private:
     QString message_;
     QString question_;
     QString fingerprintHint_;
-    bool isFingerprintError_ = false;
+    QString fingerprintError_; ///< the last one, also while the next try is asked for
     bool isError_ = false;
     bool isBusy_ = false;
     bool isPossible_ = true;

@@ -17,6 +17,7 @@ namespace vigilo::platform {
 /// what is locked.
 class WaylandKeyboard : public KeyboardSource {
 public:
+    /// The seat has a keyboard.
     WaylandKeyboard(wl_seat* seat, Listener listener);
     ~WaylandKeyboard() override;
 

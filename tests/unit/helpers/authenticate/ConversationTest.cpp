@@ -74,7 +74,8 @@ protected:
     };
 
     /// What a PAM module gets for its messages.
-    static Reply converse(const std::vector<pam_message>& messages) {
+    static Reply converse(const std::vector<pam_message>& messages,
+                          const pam_conv& talk = conversation()) {
         std::vector<const pam_message*> pointers;
         pointers.reserve(messages.size());
         for (const pam_message& message : messages) {
@@ -83,7 +84,7 @@ protected:
         pam_response* responses = nullptr;
         const int count = static_cast<int>(messages.size());
         Reply reply{
-            .status = conversation().conv(count, pointers.data(), &responses, nullptr),
+            .status = talk.conv(count, pointers.data(), &responses, nullptr),
             .answers = {},
         };
         if (responses != nullptr) {
@@ -140,6 +141,19 @@ TEST_F(ConversationTest, givesNoAnswersWhereNoneAreWanted) {
     const pam_message* pointer = &message;
     EXPECT_EQ(conversation().conv(1, &pointer, nullptr, nullptr), PAM_SUCCESS);
     EXPECT_EQ(sent(), (Frames{{FrameKind::information, "Wait"}}));
+}
+
+TEST_F(ConversationTest, withoutQuestionsPassesMessagesOnAndRefusesWhateverAsks) {
+    EXPECT_EQ(converse({{PAM_TEXT_INFO, "Touch"}}, conversationWithoutQuestions()).status,
+              PAM_SUCCESS);
+    for (const int question : {PAM_PROMPT_ECHO_OFF, PAM_PROMPT_ECHO_ON}) {
+        answer("secret"); // there for whoever would read it, who would wait for it otherwise
+        const Reply reply = converse({{PAM_TEXT_INFO, "Touch"}, {question, "Password: "}},
+                                     conversationWithoutQuestions());
+        EXPECT_EQ(reply.status, PAM_CONV_ERR);
+        EXPECT_TRUE(reply.answers.empty());
+    }
+    EXPECT_EQ(sent(), (Frames{{FrameKind::information, "Touch"}}));
 }
 
 TEST_F(ConversationTest, refusesNumbersOfMessagesThatPamDoesNotAllow) {

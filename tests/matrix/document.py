@@ -1,4 +1,4 @@
-"""Writes the document of the matrix from what was seen."""
+"""Writes the document of the matrix from what was seen, now or before."""
 
 import subprocess
 
@@ -22,8 +22,10 @@ one; Apple Lock was chosen; the program was quit, and the user logged in anew.
 AFTER = """
 ## What it does not show
 
-- GNOME and Plasma ran on X11. GNOME's display manager, without which its shell has no lock screen, was
-  a stand-in that is there and nothing more.
+- GNOME's display manager, without which its shell has no lock screen, was a stand-in that is there and
+  nothing more.
+- On Wayland, keys came from Mutter's remote desktop and KWin's fake input, not from a keyboard, and both were
+  started so that any program may take pictures of the screen.
 - Displays that wake, fingerprint readers, closed lids and batteries need hardware.
 
 ## Pictures
@@ -49,21 +51,35 @@ def system():
     return fields["PRETTY_NAME"].strip('"')
 
 
-def document(results):
-    """The text of the page; `results` has what play.py printed, by the environment's name."""
+def new_row(kind, result):
+    """What was seen now; `result` is what play.py printed."""
+    number = version(kind)
+    title = "%s (%s %s)" % (kind.title, kind.version_of, number) if number else kind.title
+    if "skipped" in result:
+        return "| %s | not run: %s |" % (title, result["skipped"]) + " |" * (len(CAPABILITIES) - 1)
+    if set(result["findings"]) != set(CAPABILITIES):
+        return "| %s | ✗ it could not be started" % title + " |" * len(CAPABILITIES)
+    cells = ["%s %s" % (MARKS[outcome], " ".join(words.replace("|", "/").split())) for outcome, words in result["findings"].values()]
+    return "| " + " | ".join([title, *cells]) + " |"
+
+
+def old_row(kind, page):
+    """What was seen before, as the page has it."""
+    for line in page.splitlines():
+        if line.startswith(("| %s (" % kind.title, "| %s |" % kind.title)):
+            return line
+    return "| %s | never run |" % kind.title + " |" * (len(CAPABILITIES) - 1)
+
+
+def document(results, page, pictures):
+    """The text of the page; `results` has what play.py printed, by the environment's name, `page` is the text
+    so far, from which the other environments are taken. `pictures` names the environments of which there is one."""
     lines = ["| desktop | " + " | ".join(CAPABILITIES.values()) + " |", "|---" * (len(CAPABILITIES) + 1) + "|"]
-    pictures = []
-    for name, result in results.items():
-        kind = ENVIRONMENTS[name]
-        number = version(kind)
-        title = "%s (%s %s)" % (kind.title, kind.version_of, number) if number else kind.title
-        if "skipped" in result:
-            lines.append("| %s | not run: %s |" % (title, result["skipped"]) + " |" * (len(CAPABILITIES) - 1))
-            continue
-        if set(result["findings"]) != set(CAPABILITIES):
-            lines.append("| %s | ✗ it could not be started" % title + " |" * len(CAPABILITIES))
-            continue
-        cells = ["%s %s" % (MARKS[outcome], " ".join(words.replace("|", "/").split())) for outcome, words in result["findings"].values()]
-        lines.append("| " + " | ".join([title, *cells]) + " |")
-        pictures += ["", "### " + title, "", "![Vigilo in %s](pictures/desktops/%s.png)" % (kind.title, name)]
-    return BEFORE.format(system=system()) + "\n".join(lines) + "\n" + AFTER + "\n".join(pictures) + "\n"
+    shown = []
+    for name, kind in ENVIRONMENTS.items():
+        row = new_row(kind, results[name]) if name in results else old_row(kind, page)
+        lines.append(row)
+        if name in pictures:
+            title = row.split("|")[1].strip()
+            shown += ["", "### " + title, "", "![Vigilo in %s](pictures/desktops/%s.png)" % (kind.title, name)]
+    return BEFORE.format(system=system()) + "\n".join(lines) + "\n" + AFTER + "\n".join(shown) + "\n"

@@ -35,15 +35,17 @@ class Environment:
     version_of = None    # the package that the document names with its version
     variables = {}       # of the session
     session = None       # the command that starts it
+    session_type = "x11"  # at logind
     desktops = ()        # whose services the session bus may start
     autostart = ()       # entries of /etc/xdg/autostart that belong to it; others are switched off
     has_session_bus = True
     starts_entries = True  # of the autostart folders, at login
     no_start_words = ""    # what to do where it does not
 
-    def __init__(self, vigilo, shim):
+    def __init__(self, vigilo, helpers):
+        """`helpers` is the folder with the harness's own programs and libraries, built."""
         self.vigilo = vigilo
-        self.shim = shim
+        self.helpers = helpers
         self.processes = Processes()
         self._cleanups = []
 
@@ -72,11 +74,11 @@ class Environment:
         return value
 
     def start(self):
-        self.system_bus = self.enter(SystemBus(user=NAME, lifetime=1800, polkit_rule=POLKIT_RULE))
+        self.system_bus = self.enter(SystemBus(user=NAME, kind=self.session_type, lifetime=1800, polkit_rule=POLKIT_RULE))
         self.processes.start([UPOWERD], env=environment(DBUS_SYSTEM_BUS_ADDRESS=self.system_bus.address))
         self.room = self.enter(Room(
             self.system_bus.session_id, DBUS_SYSTEM_BUS_ADDRESS=self.system_bus.address,
-            XDG_DATA_DIRS=self._data_folders(), **self.variables,
+            XDG_DATA_DIRS=self._data_folders(), XDG_SESSION_TYPE=self.session_type, **self.variables,
         ))
         self.start_display()
         self.settle_in()
@@ -141,6 +143,16 @@ class Environment:
 
     def start_vigilo(self):
         return self.room.start(self.vigilo, log=self.room.path("vigilo.log"))
+
+    def show_pattern(self):
+        """Opens a window with the test pattern; it is an X11 program's, as most desktops show these."""
+        self._pattern = self.room.start("display", "-geometry", "+60+60", "-size", "1100x640", "xc:#ff00ff")
+        wait_until(self.shows_pattern, "the test pattern")
+
+    def hide_pattern(self):
+        for pid in self.room.pids("display-im6.q16") + self.room.pids("display"):
+            self.room.run("kill", str(pid))
+        self._pattern.wait()
 
     def shows_pattern(self):
         """Whether any pixel of the test pattern is seen."""
@@ -226,14 +238,14 @@ class Environment:
     def settings_that_show_it(self, *command, page=None):
         """A program of the desktop's that lists the login item, on its page of this name."""
         program = command[0]
-        started = self.room.start(
-            *command, log=self.room.path("settings.log"), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QPA_PLATFORMTHEME=None
-        )
+        log = self.room.path("settings.log")
+        started = self.room.start(*command, log=log, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QPA_PLATFORMTHEME=None)
         answer = self.room.run(
             "sh", "-c", '"$0" "$@" 2>&1; echo $?', "/usr/bin/python3", "-W", "ignore", READER, program, "Vigilo", *filter(None, [page])
         )
         if answer != "0":
-            raise AssertionError(answer)
+            with open(log, encoding="utf-8") as file:
+                raise AssertionError("%s; it says: %s" % (answer, file.read()[-500:]))
         self.settle()
         for pid in self.room.pids(program):
             self.room.run("kill", str(pid))

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Plays the scenario in one environment and prints what was found, as JSON.
-Usage: play.py ENVIRONMENT VIGILO DPMS_SHIM [PICTURES]
+Usage: play.py ENVIRONMENT VIGILO HELPERS [PICTURES]
+HELPERS is the folder in which the programs of tests/harness are built.
 Ends with 77 where the environment cannot be run, and with 1 when something failed that was expected to hold."""
 
 import json
@@ -16,13 +17,13 @@ from matrix.scenario import Scenario
 
 
 def main():
-    name, vigilo, shim, *pictures = sys.argv[1:]
+    name, vigilo, helpers, *pictures = sys.argv[1:]
     kind = ENVIRONMENTS[name]
     reason = kind.missing()
     if reason:
         print(json.dumps({"skipped": reason}))
         return 77
-    with kind(vigilo, shim) as environment:
+    with kind(vigilo, helpers) as environment:
         findings = Scenario(environment, *pictures).play()
     print(json.dumps({"findings": {key: [one.outcome, one.words] for key, one in findings.items()}}, indent=2))
     return 1 if any(one.outcome == FAILED for one in findings.values()) else 0

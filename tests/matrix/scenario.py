@@ -88,6 +88,7 @@ class Scenario:
         environment.settle(quiet=3)
         if environment.shows_pattern():
             raise AssertionError("a wrong password lifts it")
+        self._screenshot("-refused")
         for attempt in range(3):
             # The system takes its time after a wrong one, and what is typed meanwhile is lost.
             environment.key("Escape")

@@ -1,88 +1,79 @@
-"""sway with swayidle and waybar."""
+"""What the environments on Wayland have in common whose own session starts the compositor."""
 
-import json
-import subprocess
+import glob
+import os
+import re
 
-from harness.processes import environment, wait_until
-from harness.sway import Sway
+from harness.owner import UID
+from harness.processes import wait_until
 
 from .environment import Environment
-from .holders import LoginManager
 
-BAR = {"layer": "top", "height": 32, "modules-left": ["tray"], "modules-right": ["clock"], "tray": {"icon-size": 24}}
-STYLE = "* { background: #202020; color: #dddddd; border: none; }"
-PATTERN, GROUND = "#ff00ff", "#28405c"
+DISPLAYS = ("WAYLAND_DISPLAY", "DISPLAY", "XAUTHORITY")
+# Of X servers, by the number of the display.
+LOCK, SOCKET = "/tmp/.X%s-lock", "/tmp/.X11-unix/X%s"
 
 
-class SwayEnvironment(Environment):
-    name = "sway"
-    title = "sway, swayidle, waybar"
-    version_of = "sway"
-    needs = {
-        "sway": "sway", "swaybg": "swaybg", "swayidle": "swayidle", "swaylock": "swaylock", "waybar": "waybar",
-        "grim": "grim", "wtype": "wtype",
-    }
-    variables = {"XDG_CURRENT_DESKTOP": "sway", "XDG_SESSION_TYPE": "wayland"}
-    starts_entries = False
-    no_start_words = "sway reads no autostart folder; `exec vigilo` in its configuration does it"
-    dark_words = "outputs off (wlr-output-power-management)"
+class WaylandEnvironment(Environment):
+    """`compositor` is the program that keeps the X server, `guest` one that is told of both."""
+
+    session_type = "wayland"
+    compositor = None
+    guest = None
+    _numbers = ()  # of X displays
 
     def start_display(self):
         """The display comes with the login."""
 
     def log_in(self):
-        self.room.start_bus()
-        self.sway = self.enter(Sway(room=self.room, settings="output * bg %s solid_color\n" % GROUND))
-        self.room.environment |= {"SWAYSOCK": self.sway.environment["SWAYSOCK"],
-                                  "WAYLAND_DISPLAY": self.sway.socket}
-        self.room.start("swayidle", "-w", "lock", "swaylock -f -c 101820")
-        self.room.start(
-            "waybar", "-c", self.room.write("bar.json", json.dumps(BAR)), "-s", self.room.write("bar.css", STYLE)
-        )
-        # A keyboard that is there before the first key: clients take note of one only after a while.
-        self.room.start("wtype", "-s", "1800000", "-k", "Shift_L")
-        wait_until(lambda: self.is_owned("org.kde.StatusNotifierWatcher"), "waybar", 60)
+        self._remove_files()
+        for name in DISPLAYS:
+            self.room.environment.pop(name, None)
+        super().log_in()
 
-    def holders(self):
-        return [LoginManager(self)]
+    def wait_for_session(self):
+        self.room.environment |= wait_until(self._displays, "the displays of the compositor", 120)
+        self._numbers = [re.sub(r"\D", "", path) for path in glob.glob(LOCK % "*") if self._is_own(path)]
+        super().wait_for_session()
 
-    def windows(self):
-        return [node for node in _nodes(self.sway.message("-t", "get_tree")) if node.get("name") == "Vigilo"]
+    def _is_own(self, path):
+        """Whether it is a lock file of this compositor's."""
+        try:
+            with open(path, encoding="utf-8") as file:
+                return os.stat(path).st_uid == UID and int(file.read()) in self.room.pids(self.compositor)
+        except (FileNotFoundError, ValueError):
+            return False  # of somebody else, who has just gone or come
 
-    def ppm(self):
-        return subprocess.run(
-            ["grim", "-t", "ppm", "-"], env=environment(**self.sway.environment), check=True, stdout=subprocess.PIPE
-        ).stdout
+    def _displays(self):
+        for pid in self.room.pids(self.guest):
+            with open("/proc/%d/environ" % pid, encoding="utf-8") as file:
+                variables = dict(text.split("=", 1) for text in file.read().split("\0") if "=" in text)
+            if all(name in variables for name in DISPLAYS):
+                return {name: variables[name] for name in DISPLAYS}
+        return None
 
-    def show_pattern(self):
-        self.sway.message("output * bg %s solid_color" % PATTERN)
-        wait_until(self.shows_pattern, "the test pattern")
+    def _remove_files(self):
+        """Whoever ends without being asked leaves files behind, in the folder of all."""
+        for path in (file % number for number in self._numbers for file in (LOCK, SOCKET)):
+            if os.path.exists(path):
+                os.remove(path)
+        self._numbers = ()
 
-    def hide_pattern(self):
-        self.sway.message("output * bg %s solid_color" % GROUND)
+    def stop(self):
+        super().stop()
+        self._remove_files()
 
-    def type(self, text):
-        self.room.run("wtype", "-d", "60", text)
-
-    def key(self, *keys):
-        for key in keys:
-            self.room.run("wtype", "-k", key)
+    def activate_window(self):
+        """Gives the main window the keyboard, which a desktop that was still starting may have."""
+        self.act("showWindow")
 
     def close_window(self):
-        self.sway.message('[title="^Vigilo$"] kill')
+        self.activate_window()
+        self.settle()
+        self.key("alt+F4")
         wait_until(lambda: not self.windows(), "the window to go")
 
-    def status_item(self):
-        return self.hosted_item("waybar")
-
-    def is_dark(self):
-        return self.sway.is_asked_to_sleep()
-
-    def system_lock(self):
-        return "swaylock, which swayidle starts at logind's request" if self.lockers() == {"swaylock"} else None
-
-
-def _nodes(node):
-    yield node
-    for child in node.get("nodes", []) + node.get("floating_nodes", []):
-        yield from _nodes(child)
+    def end_system_lock(self):
+        """As another way to log in does, a fingerprint for example."""
+        self.system_bus.call("UnlockSession", "s", self.system_bus.session_id)
+        wait_until(lambda: not self.system_bus.is_locked(), "the end of the system's lock")

@@ -1,5 +1,6 @@
 """What the environments on X11 have in common."""
 
+import os
 import subprocess
 
 from harness.display import windows_named
@@ -15,8 +16,8 @@ class X11Environment(Environment):
     """On an X server whose displays have power states."""
 
     def start_display(self):
-        self.display = self.enter(DummyXorg(self.shim))
-        self.room.environment |= {"DISPLAY": self.display.name, "XDG_SESSION_TYPE": "x11"}
+        self.display = self.enter(DummyXorg(os.path.join(self.helpers, "libdpms_shim.so")))
+        self.room.environment["DISPLAY"] = self.display.name
 
     def _run(self, *command):
         subprocess.run(command, env=environment(DISPLAY=self.display.name), check=True)
@@ -34,13 +35,7 @@ class X11Environment(Environment):
     def show_pattern(self):
         self._run("xsetroot", "-solid", "#ff00ff")
         # Above the desktop's own ground.
-        self._pattern = self.room.start("display", "-geometry", "+60+60", "-size", "1100x640", "xc:#ff00ff")
-        wait_until(self.shows_pattern, "the test pattern")
-
-    def hide_pattern(self):
-        for pid in self.room.pids("display-im6.q16") + self.room.pids("display"):
-            self.room.run("kill", str(pid))
-        self._pattern.wait()
+        super().show_pattern()
 
     def type(self, text):
         self._run("xdotool", "type", "--delay", "60", text)

@@ -8,22 +8,28 @@ using platform::CheckState;
 using platform::LoginItemStatus;
 using platform::MenuItem;
 
-MenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem) {
-    MenuItem item{
-        .title = "Launch at Login", .action = "toggleLaunchAtLogin", .checkState = CheckState::off};
-    switch (loginItem.status()) {
+namespace {
+
+CheckState checkState(LoginItemStatus status) {
+    switch (status) {
     case LoginItemStatus::enabled:
-        item.checkState = CheckState::on;
-        break;
+        return CheckState::on;
     case LoginItemStatus::requiresApproval:
-        item.title = "Launch at Login — Approval Required";
-        item.checkState = CheckState::mixed;
-        break;
+        return CheckState::mixed;
     case LoginItemStatus::notRegistered:
     case LoginItemStatus::notFound:
         break;
     }
-    return item;
+    return CheckState::off;
+}
+
+} // namespace
+
+MenuItem launchAtLoginMenuItem(const platform::LoginItem& loginItem) {
+    const bool needsApproval = loginItem.status() == LoginItemStatus::requiresApproval;
+    return {.title = needsApproval ? "Launch at Login — Approval Required" : "Launch at Login",
+            .action = "toggleLaunchAtLogin",
+            .checkState = checkState(loginItem.status())};
 }
 
 bool toggleLaunchAtLogin(platform::LoginItem& loginItem, platform::Alerts& alerts) {

@@ -28,6 +28,6 @@ std::string selfTestVerdict(const std::vector<std::string>& failures);
 
 /// Runs every check, prints the verdict line on standard output and returns the exit status: 0 when
 /// all passed, 1 otherwise.
-std::int32_t runSelfTests();
+std::int32_t runSelfTests(const CheckedFunctions& functions = {});
 
 } // namespace vigilo

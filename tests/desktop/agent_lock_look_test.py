@@ -32,6 +32,24 @@ AGENTS = GROUND | {(577, 690): (10, 132, 255)}
 ROWS = {(580, 600): (12, 14, 21), (865, 600): (20, 18, 28)}
 OUTLINE = {(440.5, 500): (34, 42, 54), (999.5, 500): (43, 40, 54)}
 SHADOW = {(680, 200): (19, 19, 45), (760, 284): (29, 19, 48)}
+# The grounds of the state and of the icons.
+BADGE = {(632, 407): (21.6, 28.1, 39.9), (806, 407): (23, 23.6, 32.8)}
+TILES = {(474, 427): (53, 45, 33), (504, 427): (53, 44, 32), (504, 493): (28, 46, 66), (504, 559): (53, 40, 23)}
+
+# Colours of texts and signs, by the names of their boxes. Only at scale 2 have all strokes a pixel of their own.
+WHITE, GREEN, ORANGE, BLUE = (255, 255, 255), (48, 209, 88), (255, 159, 10), (102, 184, 255)
+INK = {
+    "title": WHITE, "subtitle": (142, 148, 157), "badge dot": GREEN, "badge": WHITE, "header": (147, 152, 160),
+    "remaining": (140, 189, 255), "unlock": WHITE, "Apple Lock": (128, 184, 255), "closing": (82, 76, 92),
+}
+EMPTY_INK = INK | {"card symbol": (122, 124, 130), "card title": WHITE, "card detail": (145, 148, 152)}
+AGENTS_INK = INK | {
+    "icon 1": ORANGE, "icon 2": BLUE, "icon 3": ORANGE, "dot 1": GREEN, "dot 2": GREEN, "dot 3": (110, 108, 115),
+    "footnote": (149, 149, 154),
+} | {
+    "%s %d" % (name, row): colour for row in (1, 2, 3) for name, colour in (
+        ("name", WHITE), ("project", (145, 148, 153)), ("status", WHITE), ("runtime", (79, 77, 86)))
+}
 
 # Name: area looked at (left, top, right, bottom), least brightness of what counts, its box. A side
 # without a number is where a text begins whose length is not always the same.
@@ -101,6 +119,12 @@ class AgentLockLook(unittest.TestCase):
             difference = max(abs(a - b) for a, b in zip(box, expected) if b is not None)
             self.assertLessEqual(difference, 2, "%s: %s" % (name, box))
 
+    def check_ink(self, picture, boxes, colours):
+        for name, expected in colours.items():
+            colour = picture.strongest(*boxes[name][0])
+            difference = max(abs(a - b) for a, b in zip(colour, expected))
+            self.assertLessEqual(difference, 4, "ink of %s: %s" % (name, colour))
+
     def locked(self, scale, running, duration_row=None):
         """A picture of the lock screen with these agents, the session's duration chosen from its menu."""
         display = self.enterContext(VirtualDisplay("%dx%dx24" % (WIDTH * scale, HEIGHT * scale)))
@@ -145,6 +169,9 @@ class AgentLockLook(unittest.TestCase):
                 self.check_colours(picture, EMPTY)
                 self.check_colours(picture, OUTLINE | SHADOW, tolerance=4)
                 self.check_boxes(picture, EMPTY_BOXES)
+                self.check_colours(picture, BADGE)
+                if scale == 2:
+                    self.check_ink(picture, EMPTY_BOXES, EMPTY_INK)
 
     def test_with_agents(self):
         for scale in (1, 1.5, 2):
@@ -155,6 +182,9 @@ class AgentLockLook(unittest.TestCase):
                 self.check_colours(picture, ROWS, tolerance=3)
                 self.check_colours(picture, OUTLINE, tolerance=4)
                 self.check_boxes(picture, AGENTS_BOXES)
+                self.check_colours(picture, TILES)
+                if scale == 2:
+                    self.check_ink(picture, AGENTS_BOXES, AGENTS_INK)
 
 
 if __name__ == "__main__":

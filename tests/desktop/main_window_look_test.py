@@ -27,6 +27,14 @@ GROUND = {
 IDLE = GROUND | {(240, 400): (10, 132, 255), (470, 400): (10, 132, 255)}
 # The hairlines around the state and around the sentence, each over its own ground.
 IDLE_OUTLINES = {(600, 33.5): (40, 42, 48), (350, 301.5): (36, 39, 46)}
+# The grounds of the state, the sentence and its two menus, and the dot of the state.
+IDLE_SURFACES = {
+    (668, 47): (23, 25, 32), (176, 329): (21, 25, 38), (405, 329): (21, 22, 32), (219, 329): (41, 44, 54),
+    (535, 329): (44, 44, 59), (567, 47): (93, 94, 99),
+}
+ACTIVE_SURFACES = {(670, 47): (23, 24, 32)}
+# The dot glows, and only then.
+ACTIVE_GLOW = {(557, 47): (26, 46, 38)}
 ACTIVE = GROUND | {(561.5, 47): (48, 209, 88)}
 # The design's own picture rounds down in each of its layers, which shows most below the translucent
 # button.
@@ -55,6 +63,23 @@ ACTIVE_BOXES = HEADER | {
     "button title": ((280, 365, 440, 395), 150, (293.5, 376, 428, 385.5)),
 }
 
+# Colours of texts and signs: area looked at, then red, green, blue. Only at scale 2 have all strokes a pixel of
+# their own.
+INK = {
+    (90, 30, 140, 43): (255, 255, 255), (150, 47, 300, 66): (146, 153, 167), (160, 512, 570, 534): (148, 147, 158),
+}
+IDLE_INK = INK | {
+    (330, 150, 390, 200): (122, 173, 255), (150, 205, 570, 250): (255, 255, 255),
+    (150, 252, 570, 275): (144, 147, 154),
+    (576, 40, 664, 56): (255, 255, 255), (180, 320, 206, 340): (148, 150, 156), (363, 320, 404, 340): (148, 149, 153),
+    (223, 320, 330, 340): (255, 255, 255), (330, 320, 348, 338): (179, 180, 183), (415, 320, 515, 340): (255, 255, 255),
+    (285, 390, 440, 408): (255, 255, 255),
+}
+ACTIVE_INK = INK | {
+    (330, 180, 390, 221): (48, 209, 88), (150, 225, 570, 268): (255, 255, 255), (150, 272, 570, 295): (144, 146, 151),
+    (571, 40, 664, 56): (255, 255, 255), (300, 318, 420, 340): (158, 199, 255), (285, 365, 440, 395): (255, 255, 255),
+}
+
 
 class MainWindowLook(unittest.TestCase):
     def check_colours(self, picture, colours, tolerance=2):
@@ -67,6 +92,12 @@ class MainWindowLook(unittest.TestCase):
             box = picture.ink(*area, brightness)
             self.assertIsNotNone(box, name)
             self.assertLessEqual(max(abs(a - b) for a, b in zip(box, expected)), 2, "%s: %s" % (name, box))
+
+    def check_ink(self, picture, colours):
+        for area, expected in colours.items():
+            colour = picture.strongest(*area)
+            difference = max(abs(a - b) for a, b in zip(colour, expected))
+            self.assertLessEqual(difference, 3, "ink in %s: %s" % (area, colour))
 
     def test_both_states_look_like_their_design_at_every_scale(self):
         for scale in (1, 1.5, 2):
@@ -90,7 +121,10 @@ class MainWindowLook(unittest.TestCase):
                 idle = Picture(display.picture(), scale, origin)
                 self.check_colours(idle, IDLE)
                 self.check_colours(idle, IDLE_OUTLINES, tolerance=4)
+                self.check_colours(idle, IDLE_SURFACES)
                 self.check_boxes(idle, IDLE_BOXES)
+                if scale == 2:
+                    self.check_ink(idle, IDLE_INK)
                 # "2 hours" is the third row of its menu, "Stay Visible" the first.
                 for x, y, row in ((300, 329, 2), (470, 329, 0)):
                     display.click(window, x * scale, y * scale)
@@ -104,6 +138,10 @@ class MainWindowLook(unittest.TestCase):
                 self.check_colours(active, ACTIVE)
                 self.check_colours(active, ACTIVE_BUTTON, tolerance=3)
                 self.check_boxes(active, ACTIVE_BOXES)
+                self.check_colours(active, ACTIVE_SURFACES)
+                self.check_colours(active, ACTIVE_GLOW, tolerance=4)
+                if scale == 2:
+                    self.check_ink(active, ACTIVE_INK)
 
 
 if __name__ == "__main__":

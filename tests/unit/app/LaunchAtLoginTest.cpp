@@ -49,6 +49,13 @@ TEST_F(LaunchAtLogin, isCheckedWhenEnabledAndMixedWhileApprovalIsWanted) {
     EXPECT_EQ(loginItem.calls, Calls{});
 }
 
+TEST_F(LaunchAtLogin, asksAfreshForTheTitleAndAgainForTheCheckMark) {
+    loginItem.passing = {LoginItemStatus::requiresApproval, LoginItemStatus::enabled};
+    const platform::MenuItem item = launchAtLoginMenuItem(loginItem);
+    EXPECT_EQ(item.title, "Launch at Login \u2014 Approval Required");
+    EXPECT_EQ(item.checkState, CheckState::on);
+}
+
 TEST_F(LaunchAtLogin, isSwitchedOffWhenEnabled) {
     EXPECT_TRUE(toggle(LoginItemStatus::enabled));
     EXPECT_EQ(loginItem.calls, Calls{"unregister"});

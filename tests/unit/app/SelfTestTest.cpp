@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace vigilo {
 namespace {
 
@@ -18,6 +24,55 @@ TEST(SelfTest, printsOneLineAndReturnsZero) {
     EXPECT_EQ(runSelfTests(), 0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "SELF_TEST_PASS\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(SelfTest, runsEveryCheckThoughAllFail) {
+    CheckedFunctions functions;
+    functions.minutesForStep = [](std::int64_t) { return -1; };
+    functions.stepForMinutes = [](double) { return -1; };
+    Names asked;
+    functions.friendlyRuntime = [&](std::string_view elapsed) {
+        asked.emplace_back(elapsed);
+        return "nonsense";
+    };
+    functions.agentName = [&](std::string_view command) {
+        asked.emplace_back(command);
+        return std::optional<std::string_view>("none");
+    };
+    Names expected{"duration step 0",  "duration step 4",  "duration step 8",
+                   "duration step 12", "duration step 16", "duration step 17"};
+    for (int step = 0; step <= 17; ++step) {
+        expected.push_back("duration round trip " + std::to_string(step));
+    }
+    for (const char* const name :
+         {"day runtime", "hour runtime", "second runtime", "Codex detection", "Claude detection",
+          "false agent detection"}) {
+        expected.emplace_back(name);
+    }
+    EXPECT_EQ(failedSelfTests(functions), expected);
+    EXPECT_EQ(asked,
+              (Names{"07-09:03:22", "01:05:03", "00:42", "/opt/homebrew/bin/codex --model test",
+                     "/opt/homebrew/bin/claude --resume", "/bin/zsh -l"}));
+}
+
+TEST(SelfTest, knowsTheMinutesOfTheStepsThatItChecks) {
+    for (const std::int64_t broken : {0, 4, 8, 12, 16, 17}) {
+        CheckedFunctions functions;
+        functions.minutesForStep = [broken](std::int64_t step) {
+            return DurationScale::minutesForStep(step) + (step == broken ? 1 : 0);
+        };
+        EXPECT_EQ(failedSelfTests(functions), Names{"duration step " + std::to_string(broken)});
+    }
+}
+
+TEST(SelfTest, printsWhatFailedAndReturnsOne) {
+    CheckedFunctions functions;
+    functions.friendlyRuntime = [](std::string_view elapsed) {
+        return elapsed == "00:42" ? "nonsense" : friendlyRuntime(elapsed);
+    };
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(runSelfTests(functions), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "SELF_TEST_FAIL: second runtime\n");
 }
 
 TEST(SelfTest, namesFailuresInTheOrderOfTheChecks) {

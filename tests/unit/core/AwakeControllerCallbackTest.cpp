@@ -45,6 +45,39 @@ TEST_F(AwakeControllerCallbacks, findTheStateWritten) {
     EXPECT_EQ(labels, (Names{"Until you stop it", "Choose how long to keep it awake"}));
 }
 
+TEST_F(AwakeControllerCallbacks, findTheModeWrittenThatTheSessionIsSwitchedTo) {
+    std::vector<AwakeMode> modes;
+    controller->onStateChange = [&] { modes.push_back(controller->activeMode()); };
+    controller->start(60);
+    controller->useAppleLockPreservingSession();
+    controller->showAgentLockPreservingSession();
+    EXPECT_EQ(modes, (std::vector{AwakeMode::visible, AwakeMode::appleLock, AwakeMode::agentLock}));
+}
+
+TEST_F(AwakeControllerCallbacks, findTheAssertionReleasedAndTheStateIdleAtTheEnd) {
+    controller->start(30);
+    std::vector<bool> seen;
+    controller->onStateChange = [&] {
+        seen = {controller->isActive(), power.held.empty(), runLoop.liveTimers() == 0};
+    };
+    controller->stop();
+    EXPECT_EQ(seen, (std::vector{false, true, true}));
+}
+
+TEST_F(AwakeControllerCallbacks, goByTheModeOfTheSessionThatEndedWhicheverOneBeginsMeanwhile) {
+    controller->onStateChange = [this] {
+        if (!controller->isActive()) {
+            controller->onStateChange = nullptr;
+            controller->start(std::nullopt, AwakeMode::visible);
+        }
+    };
+    controller->start(1, AwakeMode::agentLock);
+    clock.advance(1min);
+    fired();
+    runLoop.advance(1s);
+    EXPECT_EQ(fired(), Names{"onAgentLockExpired"});
+}
+
 TEST_F(AwakeControllerCallbacks, mayCallBackIntoTheController) {
     controller->onSessionEnded = [&] { controller->start(std::nullopt, AwakeMode::visible); };
     controller->start(30);
@@ -87,6 +120,22 @@ TEST_F(AwakeControllerCallbacks, mayClearThemselves) {
     controller->start(std::nullopt);
     controller->stop();
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(AwakeControllerCallbacks, keepWhatTheyHoldUntilTheyReturn) {
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> watched = held;
+    bool isHeld = false;
+    controller->onStateChange = [this, &watched, &isHeld, held = std::move(held)] {
+        // What the closure refers to has to be looked up before it may be gone.
+        const std::weak_ptr<int>& kept = watched;
+        bool& result = isHeld;
+        controller->onStateChange = nullptr;
+        result = !kept.expired();
+    };
+    controller->start(std::nullopt);
+    EXPECT_TRUE(isHeld);
+    EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(AwakeControllerCallbacks, mayAllBeUnset) {

@@ -57,6 +57,24 @@ TEST(Observable, letsAnObserverCancelAnotherWhileItIsTold) {
     EXPECT_EQ(secondTold, 0);
 }
 
+TEST(Observable, letsAnObserverCancelItselfAndKeepsWhatItHoldsUntilItReturns) {
+    Counter counter;
+    std::optional<Observable::Observation> observation;
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> watched = held;
+    bool isHeld = false;
+    observation = counter.objectWillChange([&, held = std::move(held)] {
+        // What the closure refers to has to be looked up before it may be gone.
+        const std::weak_ptr<int>& kept = watched;
+        bool& result = isHeld;
+        observation.reset();
+        result = !kept.expired();
+    });
+    counter.set(2);
+    EXPECT_TRUE(isHeld);
+    EXPECT_TRUE(watched.expired());
+}
+
 TEST(Observable, mayEndBeforeItsObservations) {
     auto counter = std::make_unique<Counter>();
     const auto observation = counter->objectWillChange([] {});

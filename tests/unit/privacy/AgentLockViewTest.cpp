@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 
 #include <chrono>
+#include <memory>
 
 namespace vigilo {
 namespace {
@@ -43,6 +44,8 @@ TEST_F(AgentLockViewTest, countsTheAgentsInItsHeader) {
     find({agent(1)});
     EXPECT_EQ(view.header(), "1 AGENT DETECTED");
     EXPECT_TRUE(view.hasAgents());
+    find({agent(1), agent(2)});
+    EXPECT_EQ(view.header(), "2 AGENTS DETECTED");
     find({agent(1), agent(2), agent(3)});
     EXPECT_EQ(view.header(), "3 AGENTS DETECTED");
     EXPECT_EQ(view.agents()->rowCount(), 3);
@@ -57,11 +60,57 @@ TEST_F(AgentLockViewTest, followsTheRemainingTime) {
     EXPECT_EQ(view.remaining(), "54m remaining");
 }
 
+TEST_F(AgentLockViewTest, showsAtOnceWhatIsSoWhenItIsMade) {
+    controller->start(60);
+    find({agent(1)});
+    AgentLockView later(
+        controller, [] {}, [] {});
+    EXPECT_EQ(later.header(), "1 AGENT DETECTED");
+    EXPECT_EQ(later.agents()->rowCount(), 1);
+    EXPECT_EQ(later.remaining(), "59m remaining");
+}
+
+TEST_F(AgentLockViewTest, tellsOfWhatDiffersOnly) {
+    int headers = 0;
+    int remainders = 0;
+    QObject::connect(&view, &AgentLockView::headerChanged, [&] { ++headers; });
+    QObject::connect(&view, &AgentLockView::remainingChanged, [&] { ++remainders; });
+    find({agent(1)});
+    find({agent(2)});
+    EXPECT_EQ(headers, 1);
+    EXPECT_EQ(remainders, 0);
+    controller->start(60);
+    QCoreApplication::sendPostedEvents();
+    runLoop.advance(5s);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(headers, 1);
+    EXPECT_EQ(remainders, 1);
+}
+
 TEST_F(AgentLockViewTest, passesItsButtonsOn) {
     view.pressUnlock();
     view.pressUseAppleLock();
     EXPECT_EQ(unlocks, 1);
     EXPECT_EQ(appleLocks, 1);
+}
+
+TEST_F(AgentLockViewTest, mayBeTakenDownByItsButtonWhoseActionIsKeptUntilItReturns) {
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> watched = held;
+    bool isHeld = false;
+    std::unique_ptr<AgentLockView> other;
+    other = std::make_unique<AgentLockView>(
+        controller, [] {},
+        [&, held = std::move(held)] {
+            // What the closure refers to has to be looked up before it may be gone.
+            const std::weak_ptr<int>& kept = watched;
+            bool& result = isHeld;
+            other.reset();
+            result = !kept.expired();
+        });
+    other->pressUseAppleLock();
+    EXPECT_TRUE(isHeld);
+    EXPECT_TRUE(watched.expired());
 }
 
 } // namespace

@@ -40,17 +40,17 @@ public:
 
 using Changes = std::vector<std::string>;
 
-TEST(AgentRows, shows) {
+TEST(AgentRows, showWhatIsKnownOfEachAgent) {
     AgentRows rows;
     rows.show({{.pid = 7,
                 .name = "Claude Code",
                 .project = "compiler",
                 .runtime = "1h 5m",
                 .isBusy = true,
-                .processCount = 4},
+                .processCount = 2},
                session(8)});
     EXPECT_EQ(value(rows, 0, "name"), "Claude Code");
-    EXPECT_EQ(value(rows, 0, "detail"), QStringLiteral("compiler \u2022 4 processes"));
+    EXPECT_EQ(value(rows, 0, "detail"), QStringLiteral("compiler \u2022 2 processes"));
     EXPECT_EQ(value(rows, 0, "status"), "BUSY SIGNAL");
     EXPECT_EQ(value(rows, 0, "isBusy"), true);
     EXPECT_EQ(value(rows, 0, "symbol"), "sparkles");

@@ -13,6 +13,8 @@ TEST(DurationMenu, writesAnyNumberOfMinutesInWords) {
     const std::vector<std::pair<double, std::string>> cases{
         {0, "0 min"},
         {-0.0, "0 min"},
+        {1, "1 min"},
+        {0.5, "0 min"},
         {30, "30 min"},
         {59.9, "59 min"},
         {60, "1 hr"},
@@ -23,6 +25,7 @@ TEST(DurationMenu, writesAnyNumberOfMinutesInWords) {
         {600, "Until stopped ∞"},
         {-5, "-5 min"},
         {45, "45 min"},
+        {-9223372036854775808.0, "-9223372036854775808 min"},
         {std::numeric_limits<double>::infinity(), "Until stopped ∞"}};
     for (const auto& [minutes, text] : cases) {
         EXPECT_EQ(selectedDurationLabel(minutes), text) << minutes;

@@ -85,7 +85,7 @@ class XSettings(unittest.TestCase):
         # A session that keeps the screen as it is, with the focus where it stays.
         for key in ("shift+Tab", "Return", "Home", "Return", "Tab"):
             self.display.key(key)
-            self.display.settle(quiet=0.2)
+            self.display.settle(quiet=1)
         self.assertEqual(self.display.pictures_after("Return"), 2)
 
     def test_texts_grow_once(self):

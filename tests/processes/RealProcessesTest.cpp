@@ -246,9 +246,11 @@ TEST_F(RealProcessesTest, findsTwoAmongTenThousand) {
 TEST_F(RealProcessesTest, tellsABusyProcessFromAnIdleOne) {
     const RealProcess idle("/usr/bin/sleep", {"codex", "600"}, folder("idle"));
     const RealProcess busy("/bin/sh", {"codex", "-c", "while :; do :; done"}, folder("busy"));
-    // What an idle process took to start counts, too, until it is a small part of its life.
+    // What an idle process took to start counts, too, until it is a small part of its life; and a
+    // busy one may not have had its turn yet.
     const auto areToldApart = [&](const std::vector<AgentSession>& found) {
-        return found.size() == 2 && found[0].isBusy && !found[1].isBusy;
+        return found.size() == 2 && found[0].project == project("busy") && found[0].isBusy &&
+               !found[1].isBusy;
     };
     auto found = ours();
     for (int attempt = 0; attempt < 1000 && !areToldApart(found); ++attempt) {

@@ -31,14 +31,20 @@ SessionBusState sessionBusState() {
     const auto deadline = Clock::now() + answerLimit;
     int isReady = 0;
     while ((isReady = sd_bus_is_ready(bus.get())) == 0) {
+        const int processed = sd_bus_process(bus.get(), nullptr);
+        if (processed < 0) {
+            return SessionBusState::absent;
+        }
+        if (processed > 0) {
+            continue;
+        }
+        // Only after a look at what has come: it may have been ourselves who were held up.
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
         if (left.count() <= 0) {
             return SessionBusState::hangs;
         }
-        const int processed = sd_bus_process(bus.get(), nullptr);
-        if (processed < 0 || (processed == 0 && sd_bus_wait(bus.get(), static_cast<std::uint64_t>(
-                                                                           left.count())) < 0)) {
+        if (sd_bus_wait(bus.get(), static_cast<std::uint64_t>(left.count())) < 0) {
             return SessionBusState::absent;
         }
     }

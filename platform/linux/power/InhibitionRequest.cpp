@@ -1,5 +1,6 @@
 #include "platform/linux/power/InhibitionRequest.h"
 
+#include "platform/linux/power/CallLimit.h"
 #include "platform/linux/power/InhibitCall.h"
 #include "platform/linux/power/PortalInhibition.h"
 #include "platform/linux/power/PowerStatus.h"
@@ -12,6 +13,7 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingReply>
 #include <QDBusUnixFileDescriptor>
+#include <QDeadlineTimer>
 #include <QStringList>
 
 #include <fcntl.h>
@@ -20,18 +22,14 @@ namespace vigilo::platform {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-// The bus itself answers this; one that does not is stuck.
-constexpr auto namesLimit = 400ms;
-
 /// The names owned on a bus; none when it does not say within the limit.
-std::optional<std::vector<std::string>> ownedNames(const QDBusConnection& connection) {
+std::optional<std::vector<std::string>> ownedNames(const QDBusConnection& connection,
+                                                   const QDeadlineTimer& deadline) {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ListNames"));
     const QDBusPendingReply<QStringList> reply =
-        connection.call(question, QDBus::Block, static_cast<int>(namesLimit.count()));
+        connection.call(question, QDBus::Block, millisecondsLeft(deadline));
     if (reply.isError()) {
         return std::nullopt;
     }
@@ -92,8 +90,15 @@ private:
     bool isFirst_ = true;
 };
 
-InhibitionResult askServices(const InhibitionRequest& request, PowerBuses buses,
-                             const std::vector<InhibitMeans>& chosen) {
+InhibitionResult noReply(PowerBuses buses) {
+    return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"),
+            .inhibitions = {},
+            .refused = {},
+            .buses = std::move(buses)};
+}
+
+InhibitionResult askServices(const InhibitionRequest& request, const QDeadlineTimer& deadline,
+                             PowerBuses buses, const std::vector<InhibitMeans>& chosen) {
     struct Question {
         InhibitMeans means;
         std::shared_ptr<PrivateBus> bus;
@@ -105,7 +110,7 @@ InhibitionResult askServices(const InhibitionRequest& request, PowerBuses buses,
         Question question{.means = means, .bus = bus, .call = std::nullopt};
         if (bus->connection().isConnected()) {
             question.call = bus->connection().asyncCall(takeCall(means, request.reason),
-                                                        static_cast<int>(request.limit.count()));
+                                                        millisecondsLeft(deadline));
         }
         questions.push_back(std::move(question));
     }
@@ -129,14 +134,19 @@ InhibitionResult askServices(const InhibitionRequest& request, PowerBuses buses,
 } // namespace
 
 InhibitionResult takeInhibitions(const InhibitionRequest& request) {
+    const QDeadlineTimer deadline(request.limit);
     PowerBuses buses;
     buses.session = std::make_shared<PrivateBus>(QDBusConnection::SessionBus);
+    if (deadline.hasExpired()) {
+        // Whoever asked has gone on without.
+        return noReply(std::move(buses));
+    }
     const bool hasSessionBus = buses.session->connection().isConnected();
     if (!hasSessionBus && request.needsSessionBus) {
         return {.status = noBusStatus, .inhibitions = {}, .refused = {}, .buses = buses};
     }
     if (request.isSandboxed) {
-        PortalGrant grant = takePortalInhibition(buses.session, request.reason, request.limit);
+        PortalGrant grant = takePortalInhibition(buses.session, request.reason, deadline);
         Answers answers;
         answers.add(InhibitMeans::portal, grant.status, std::move(grant.inhibition));
         return answers.take(std::move(buses));
@@ -144,16 +154,13 @@ InhibitionResult takeInhibitions(const InhibitionRequest& request) {
     buses.system = std::make_shared<PrivateBus>(QDBusConnection::SystemBus);
     std::optional<std::vector<std::string>> names = std::vector<std::string>{};
     if (hasSessionBus) {
-        names = ownedNames(buses.session->connection());
+        names = ownedNames(buses.session->connection(), deadline);
     }
     if (!names) {
         // Which desktop this is cannot be known, and logind alone is wrong on some of them.
-        return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"),
-                .inhibitions = {},
-                .refused = {},
-                .buses = buses};
+        return noReply(std::move(buses));
     }
-    return askServices(request, std::move(buses), chooseInhibitMeans(*names));
+    return askServices(request, deadline, std::move(buses), chooseInhibitMeans(*names));
 }
 
 } // namespace vigilo::platform

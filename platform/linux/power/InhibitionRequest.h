@@ -19,7 +19,7 @@ using Inhibitions = std::map<InhibitMeans, std::unique_ptr<Inhibition>>;
 /// One request for everything that this machine offers against idle sleep.
 struct InhibitionRequest {
     std::string reason;              ///< shown to the user by the desktop
-    std::chrono::milliseconds limit; ///< for the services' answers, which are awaited concurrently
+    std::chrono::milliseconds limit; ///< for all answers of the buses and the services
     bool isSandboxed = false;        ///< inside a sandbox only its portal may be asked
     bool needsSessionBus = false;    ///< without a session bus nothing is asked of anybody
 };
@@ -32,8 +32,8 @@ struct InhibitionResult {
     PowerBuses buses;                  ///< what it was asked over
 };
 
-/// Connects to the buses, asks and waits for the answers. It blocks for the limit and for as long
-/// as a bus takes to let it connect. Any thread.
+/// Connects to the buses, asks and waits for the answers. It blocks for the limit, or for as long
+/// as a bus takes to let it connect where that is longer. Any thread.
 InhibitionResult takeInhibitions(const InhibitionRequest& request);
 
 } // namespace vigilo::platform

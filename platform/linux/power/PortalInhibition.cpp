@@ -1,8 +1,10 @@
 #include "platform/linux/power/PortalInhibition.h"
 
+#include "platform/linux/power/CallLimit.h"
 #include "platform/linux/power/PortalResponse.h"
 #include "platform/linux/power/PowerStatus.h"
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -43,7 +45,7 @@ QString requestPath(const QDBusConnection& connection, const QString& token) {
 } // namespace
 
 PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const std::string& reason,
-                                 std::chrono::milliseconds limit) {
+                                 const QDeadlineTimer& deadline) {
     const QDBusConnection& connection = bus->connection();
     if (!connection.isConnected()) {
         return {.status = noBusStatus, .inhibition = nullptr};
@@ -58,14 +60,15 @@ PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const s
              << QVariantMap{{QStringLiteral("handle_token"), token},
                             {QStringLiteral("reason"), QString::fromStdString(reason)}};
     const QDBusPendingReply<QDBusObjectPath> reply =
-        connection.call(question, QDBus::Block, static_cast<int>(limit.count()));
+        connection.call(question, QDBus::Block, millisecondsLeft(deadline));
     if (reply.isError()) {
         return {.status = powerStatus(reply.error().name().toStdString()), .inhibition = nullptr};
     }
     // From here on the request exists and is closed again unless it is kept.
     auto inhibition =
         std::make_unique<CookieInhibition>(bus, portalCall(path, portalRequestInterface, "Close"));
-    const std::optional<std::uint32_t> response = expected.wait(limit);
+    const std::optional<std::uint32_t> response =
+        expected.wait(std::chrono::milliseconds(millisecondsLeft(deadline)));
     if (!response) {
         return {.status = powerStatus("org.freedesktop.DBus.Error.NoReply"), .inhibition = nullptr};
     }

@@ -3,10 +3,11 @@
 #include "platform/linux/power/Inhibition.h"
 #include "platform/linux/power/PrivateBus.h"
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
+
+#include <QDeadlineTimer>
 
 namespace vigilo::platform {
 
@@ -17,10 +18,10 @@ struct PortalGrant {
 };
 
 /// Asks the desktop portal, which is all that a sandboxed program may ask, to hold off idle sleep;
-/// blocks until it has answered, for `limit` at most. Only the portal's later response counts,
-/// since it accepts every request and refuses afterwards. Any thread.
+/// blocks until it has answered, or the deadline has passed. Only the portal's later response
+/// counts, since it accepts every request and refuses afterwards. Any thread.
 PortalGrant takePortalInhibition(const std::shared_ptr<PrivateBus>& bus, const std::string& reason,
-                                 std::chrono::milliseconds limit);
+                                 const QDeadlineTimer& deadline);
 
 /// Whether this program runs inside a Flatpak sandbox.
 bool isInsideFlatpak();

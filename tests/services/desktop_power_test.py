@@ -84,6 +84,10 @@ class DesktopPower(unittest.TestCase):
         self.driver().create()
         self.assertEqual(self.calls(), ["AddInhibition 1 Vigilo -> 0"])
 
+    def asked(self):
+        """How often Plasma's service was asked, whatever it answered."""
+        return sum(call.startswith("AddInhibition ") for call in self.calls())
+
     def test_a_refusal_says_why(self):
         for answer, status in (
             ("org.freedesktop.DBus.Error.AccessDenied", 13),
@@ -171,6 +175,17 @@ class DesktopPower(unittest.TestCase):
         self.assertNotIn("release 0", self.calls())
         driver.release(number)
         wait_until(lambda: "release 0" in self.calls(), "the release")
+
+    def test_a_service_that_takes_its_time_after_its_restart_is_asked_once(self):
+        service = self.service("plasma")
+        driver = self.driver()
+        driver.create()
+        end(service)
+        self.service("plasma", "hang")
+        wait_until(lambda: self.asked() == 2, "the lock to be asked for again")
+        # By now the next attempt would have been due, had the service not come back.
+        time.sleep(4)
+        self.assertEqual(self.asked(), 2)
 
     def test_a_service_that_restarts_while_another_is_waited_for_is_asked_again(self):
         system = SessionBus()

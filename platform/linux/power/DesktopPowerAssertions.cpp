@@ -108,6 +108,10 @@ void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
 
 void DesktopPowerAssertions::retake(std::uint32_t id, bool needsSessionBus) {
     Held& held = held_.at(id);
+    // This attempt is as good as the next one would be, which would only take its place.
+    if (held.retry) {
+        std::exchange(held.retry, nullptr)->invalidate();
+    }
     // The token is what the finished request finds its way back by: it is gone when the assertion
     // is released, overtaken by a later attempt or ended with the program.
     const auto token = std::make_shared<std::weak_ptr<InhibitionAttempt>>();
@@ -143,10 +147,8 @@ void DesktopPowerAssertions::retryLater(std::uint32_t id, bool needsSessionBus) 
     if (held.retry) {
         held.retry->invalidate();
     }
-    held.retry = runLoop_.scheduleRepeating(held.pause, [this, id, needsSessionBus] {
-        std::exchange(held_.at(id).retry, nullptr)->invalidate();
-        retake(id, needsSessionBus);
-    });
+    held.retry = runLoop_.scheduleRepeating(
+        held.pause, [this, id, needsSessionBus] { retake(id, needsSessionBus); });
     held.pause = std::min<std::chrono::milliseconds>(held.pause * 2, longestPause);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto objectPath = "/io/github/vigilo/Vigilo";
 constexpr auto interfaceName = "org.freedesktop.Application";
-constexpr int answerLimit = 2000; // milliseconds
+constexpr int answerLimit = 5000; // milliseconds
 
 constexpr auto tokenKey = "activation-token";
 constexpr auto startupIdKey = "desktop-startup-id";

@@ -9,7 +9,8 @@ namespace vigilo::platform {
 
 namespace {
 
-constexpr int answerLimit = 500; // milliseconds
+// It is asked only once, and at the start of a session everybody is busy.
+constexpr int answerLimit = 2000; // milliseconds
 constexpr double smallestScale = 0.5;
 constexpr double largestScale = 3;
 

@@ -27,14 +27,18 @@ constexpr std::chrono::milliseconds settling = 300ms;
 constexpr auto animation = 1s;
 // There may be no keyboard, and so no focus.
 constexpr int mostAttempts = 4;
-constexpr auto compositorLimit = 250ms;
+constexpr auto compositorLimit = 1s;
 
 constexpr Qt::WindowFlags coverFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 
 /// Whether that is known of the compositor; not of Mutter.
 bool keepsNewWindowsInSight() {
-    const std::set<std::string> offered = compositorInterfaces(compositorLimit);
+    // It is the same one for as long as we run. One that did not answer is asked again.
+    static std::set<std::string> offered;
+    if (offered.empty()) {
+        offered = compositorInterfaces(compositorLimit);
+    }
     return !offered.empty() && !offered.contains("gtk_shell1");
 }
 

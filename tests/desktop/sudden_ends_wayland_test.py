@@ -15,7 +15,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.actions import ID, perform
 from harness.buses import SessionBus
-from harness.limits import Limits
+from harness.limits import Limits, descriptors
 from harness.power_service import PowerService
 from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
@@ -49,12 +49,20 @@ class SuddenEndsOnWayland(unittest.TestCase):
         with open(self.warnings, "w", encoding="utf-8") as warnings:
             self.program = self.processes.start([VIGILO], env=self.variables, stderr=warnings)
         wait_until(self.is_on_the_bus, "the program")
+        wait_until(lambda: "Vigilo" in self.titles(), "the window")
         if state != "idle":
             self.act("toggleProtection")
             self.service.wait_until_held()
         if state == "lock":
             self.lock()
             wait_until(lambda: self.children("vigilo-guard"), "the guard")
+
+    def titles(self):
+        def within(node):
+            children = node.get("nodes", []) + node.get("floating_nodes", [])
+            return [node["name"]] + [title for child in children for title in within(child)]
+
+        return within(self.sway.message("-t", "get_tree"))
 
     def is_on_the_bus(self):
         connection = dbus.bus.BusConnection(self.bus.address)
@@ -120,10 +128,9 @@ class SuddenEndsOnWayland(unittest.TestCase):
     def test_few_or_no_descriptors_left(self):
         self.start("session")
         limits = Limits(self.program.pid, os.geteuid())
-        descriptors = lambda: len(os.listdir("/proc/%d/fd" % self.program.pid))
-        kept = descriptors()
+        kept = len(descriptors(self.program.pid))
         for count in range(MOST_LEFT):
-            wait_until(lambda: descriptors() >= kept, "the reserve")
+            wait_until(lambda: len(descriptors(self.program.pid)) >= kept, "the reserve")
             limits.leave_descriptors(count)
             self.act("agentLock")
             wait_until(self.sway.is_covered, "the lock with %d left" % count)

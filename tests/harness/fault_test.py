@@ -11,6 +11,7 @@ from .agents import Agents
 from .buses import SessionBus
 from .display import VirtualDisplay, windows_named
 from .hold_ups import HoldUps
+from .limits import descriptors
 from .pictures import Picture
 from .power_service import PowerService
 from .processes import Processes, environment, wait_until
@@ -102,7 +103,7 @@ class FaultTest(unittest.TestCase):
 
     def end_in_order(self):
         os.kill(self.pid, signal.SIGTERM)
-        self.assertEqual(self.program.wait(20), 0)
+        self.assertEqual(self.program.wait(60), 0)
 
     def has(self):
         """How many descriptors, threads and children the program has."""
@@ -115,7 +116,7 @@ class FaultTest(unittest.TestCase):
                     children += len(file.read().split())
             except FileNotFoundError:
                 pass  # ended meanwhile
-        return len(os.listdir(folder + "/fd")), len(threads), children
+        return len(descriptors(self.pid)), len(threads), children
 
     def wait_until_as_before(self, before):
         """Connections and threads end behind the back of whoever needs them no more."""

@@ -7,6 +7,23 @@ import subprocess
 _NAMES = {"nofile": "Max open files", "nproc": "Max processes", "as": "Max address space"}
 
 
+def descriptors(pid):
+    """The numbers that a process has in use for good, leaving out those of a moment and of a look at the
+    process table."""
+    folder = "/proc/%d/fd" % pid
+
+    def lasts(number):
+        try:
+            return not os.readlink(os.path.join(folder, number)).startswith("/proc/")
+        except FileNotFoundError:
+            return False
+
+    numbers = set(os.listdir(folder))
+    for _ in range(20):
+        numbers &= set(os.listdir(folder))
+    return {int(number) for number in numbers if lasts(number)}
+
+
 class Limits:
     """Those of the process `pid`, set as its own user, who may lift them again up to what they were."""
 
@@ -26,17 +43,10 @@ class Limits:
 
     def leave_descriptors(self, count):
         """Lets it have only so many more descriptors."""
-        used = self._descriptors()
+        used = descriptors(self._pid)
         limit = 0
         while count >= 0:
             count -= limit not in used
             limit += 1
         self.set("nofile", limit - 1)
 
-    def _descriptors(self):
-        """The numbers that are in use for good, leaving out those of a moment."""
-        folder = "/proc/%d/fd" % self._pid
-        numbers = set(os.listdir(folder))
-        for _ in range(20):
-            numbers &= set(os.listdir(folder))
-        return {int(number) for number in numbers}

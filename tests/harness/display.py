@@ -14,9 +14,10 @@ class VirtualDisplay:
 
     def __init__(self, size="1280x800x24", options=()):
         reader, writer = os.pipe()
-        # -noreset: the server would otherwise end with its last client.
+        # -noreset: the server would otherwise end with its last client. -r: a key does not repeat because a busy
+        # machine lets go of it late.
         self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-noreset", "-nolisten", "tcp", *options],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-noreset", "-r", "-nolisten", "tcp", *options],
             pass_fds=[writer],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
@@ -84,15 +85,16 @@ class VirtualDisplay:
         """Whether a program has taken over the drawing of the windows."""
         return self.selection_owner("_NET_WM_CM_S0") != 0
 
-    def settle(self, quiet=0.4, timeout=10):
-        """Waits until the screen has not changed for a moment; both times in seconds."""
-        before, since = self.picture(), time.monotonic()
-        deadline = since + timeout
-        while time.monotonic() - since < quiet and time.monotonic() < deadline:
+    def settle(self, quiet=0.4, timeout=20):
+        """Waits until the screen has not changed for a moment; both times in seconds. A moment in which nobody
+        had a turn is none: it takes a look every tenth of a second."""
+        before, looks = self.picture(), 0
+        deadline = time.monotonic() + timeout
+        while looks < quiet / 0.1 and time.monotonic() < deadline:
             time.sleep(0.1)
             now = self.picture()
-            if now != before:
-                before, since = now, time.monotonic()
+            looks = looks + 1 if now == before else 0
+            before = now
 
     def pictures_after(self, key, seconds=1.5):
         """How many different pictures are seen from before a key is pressed until so long after it has changed
@@ -166,9 +168,11 @@ class VirtualDisplay:
     def hold_key(self, key, seconds):
         """Holds a key down, so that it repeats."""
         environment = os.environ | {"DISPLAY": self.name}
+        subprocess.run(["xset", "r", "on"], check=True, env=environment)
         subprocess.run(["xdotool", "keydown", key], check=True, env=environment)
         time.sleep(seconds)
         subprocess.run(["xdotool", "keyup", key], check=True, env=environment)
+        subprocess.run(["xset", "r", "off"], check=True, env=environment)
 
 
 def windows_named(display, title):

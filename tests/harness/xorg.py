@@ -71,7 +71,7 @@ class DummyXorg(VirtualDisplay):
         with open(self._log, "w", encoding="utf-8") as log:
             self._server = subprocess.Popen(
                 [
-                    SERVER, "-displayfd", str(writer), "-noreset", "-nolisten", "tcp", "-novtswitch",
+                    SERVER, "-displayfd", str(writer), "-noreset", "-r", "-nolisten", "tcp", "-novtswitch",
                     "-sharevts", "-config", configuration, "-logfile", os.path.join(self._folder, "Xorg.log"),
                     "-modulepath", self._folder + "," + MODULES,
                 ],

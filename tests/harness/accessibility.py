@@ -54,12 +54,17 @@ class AccessibleDesktop(SessionBus):
 
     def nodes(self, program="vigilo"):
         """Everything that can be read of a program, in the order of its tree."""
+        from gi.repository import GLib
+
         desktop = _atspi().get_desktop(0)
         found = []
         for index in range(desktop.get_child_count()):
-            application = desktop.get_child_at_index(index)
-            if application and application.get_name() == program:
-                _collect(application, found)
+            try:
+                application = desktop.get_child_at_index(index)
+                if application and application.get_name() == program:
+                    _collect(application, found)
+            except GLib.Error:
+                pass  # it has just ended
         return found
 
     def find(self, role, name):

@@ -24,6 +24,12 @@ SESSION_BUS = """<busconfig>
 """
 
 
+def accepts(path):
+    """Whether somebody listens on a socket, which is there a moment before."""
+    with socket.socket(socket.AF_UNIX) as connection:
+        return connection.connect_ex(path) == 0
+
+
 class Bus:
     """A dbus-daemon of our own in a folder of its own; starts no services by itself."""
 
@@ -44,13 +50,8 @@ class Bus:
     def _start_daemon(self):
         file = os.path.join(self.folder, "bus.conf")
         self.daemon = self.processes.start(["dbus-daemon", "--config-file=" + file, "--nofork", "--nopidfile"])
-        wait_until(self._accepts, "the bus")
+        wait_until(lambda: accepts(self._socket), "the bus")
         os.chmod(self._socket, 0o777)
-
-    def _accepts(self):
-        # The socket is there a moment before anybody listens on it.
-        with socket.socket(socket.AF_UNIX) as connection:
-            return connection.connect_ex(self._socket) == 0
 
     def restart(self):
         """Ends the bus, with everybody's connection to it, and starts it anew at the same address."""

@@ -219,8 +219,7 @@ class GnomeShell(Mutter):
     def begin(self):
         super().begin()
         wait_until(self.has_overview, "the shell")
-        self.show_overview(False)
-        wait_until(lambda: not self.has_overview(), "the end of the overview")
+        wait_until(self.has_no_overview, "the end of the overview")
 
     def _properties(self, *words):
         return subprocess.run(
@@ -231,6 +230,11 @@ class GnomeShell(Mutter):
 
     def has_overview(self):
         return self._properties("get-property") == "b true"
+
+    def has_no_overview(self):
+        """Asks for its end again, too: the shell does not take notice while it still begins."""
+        self.show_overview(False)
+        return not self.has_overview()
 
     def show_overview(self, is_shown):
         self._properties("set-property", "b", str(is_shown).lower())

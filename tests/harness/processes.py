@@ -54,7 +54,7 @@ class Processes:
             self._pipes.pop().close()
 
 
-def end(process, timeout=5):
+def end(process, timeout=20):
     """Asks a program to end, and kills it if it does not; returns its exit status."""
     if process.poll() is None:
         process.send_signal(signal.SIGTERM)

@@ -7,6 +7,7 @@ import shutil
 import signal
 import subprocess
 
+from .buses import accepts
 from .owner import NAME, UID, Owner
 from .processes import Processes, wait_until
 
@@ -172,7 +173,7 @@ class Room:
         configuration = self.write("run/bus.conf", SESSION_BUS.format(path=socket, services=services))
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + socket
         self.start("dbus-daemon", "--config-file=" + configuration, "--nofork", "--nopidfile")
-        wait_until(lambda: os.path.exists(socket), "the session bus")
+        wait_until(lambda: accepts(socket), "the session bus")
 
     def programs(self):
         """The names of those that run here, as the kernel keeps them (15 bytes at most)."""

@@ -3,12 +3,19 @@
 import json
 import os
 import shutil
+import socket
+import struct
 import subprocess
 import tempfile
 
 from .owner import NAME
 from .pictures import DESKTOP, Picture
 from .processes import Processes, environment, wait_until
+
+# Of sway-ipc(7).
+_MAGIC = b"i3-ipc"
+_RUN_COMMAND = 0
+_KINDS = {"get_outputs": 3, "get_tree": 4, "get_seats": 101}
 
 CONFIGURATION = """
 xwayland disable
@@ -74,12 +81,19 @@ class Sway:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def message(self, *words):
-        """What sway answers to a message, as swaymsg(1) sends it."""
-        answer = subprocess.run(
-            ["swaymsg", "--raw", *words], env=environment(SWAYSOCK=self._socket), check=True,
-            stdout=subprocess.PIPE, text=True,
-        ).stdout
-        return json.loads(answer) if answer.strip() else None
+        """What sway answers to a message, with the arguments of swaymsg(1), which itself gives a busy machine only
+        three seconds."""
+        kind, text = (_KINDS[words[1]], "") if words[0] == "-t" else (_RUN_COMMAND, " ".join(words))
+        with socket.socket(socket.AF_UNIX) as connection, connection.makefile("rb") as answers:
+            connection.settimeout(60)
+            connection.connect(self._socket)
+            payload = text.encode()
+            connection.sendall(_MAGIC + struct.pack("=II", len(payload), kind) + payload)
+            length, _ = struct.unpack("=II", answers.read(len(_MAGIC) + 8)[len(_MAGIC):])
+            answer = json.loads(answers.read(length))
+        if kind == _RUN_COMMAND and not all(result["success"] for result in answer):
+            raise RuntimeError("sway does not take %r: %s" % (text, answer))
+        return answer
 
     def outputs(self):
         return self.message("-t", "get_outputs")

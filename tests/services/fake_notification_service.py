@@ -27,7 +27,6 @@ class Inhibitable(Service):
     @dbus.service.method(INTERFACE, in_signature="ssa{sv}", out_signature="u", async_callbacks=("reply", "error"))
     def Inhibit(self, entry, reason, _hints, reply, error):
         self.cookies += 1
-        print("Inhibit", entry, reason, "->", self.cookies, flush=True)
         cookie = self.cookies
 
         def grant():
@@ -35,7 +34,8 @@ class Inhibitable(Service):
 
         if ANSWER == "slow":
             GLib.unix_signal_add(GLib.PRIORITY_DEFAULT, signal.SIGUSR1, grant)
-        else:
+        print("Inhibit", entry, reason, "->", cookie, flush=True)
+        if ANSWER != "slow":
             grant()
 
 

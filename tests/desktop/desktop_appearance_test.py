@@ -13,6 +13,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.agents import Agents
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.pam import OddPam
@@ -48,7 +49,7 @@ class Appearance(unittest.TestCase):
         )
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.processes.serve("fake_settings_portal.py", json.dumps(settings), env=self.variables)
-        self.vigilo = self.processes.start(self.pam.command(VIGILO), env=self.variables)
+        self.vigilo = self.processes.start(Agents.alone(*self.pam.command(VIGILO)), env=self.variables)
 
     def start_on_wayland(self, settings, **variables):
         self.sway = self.enterContext(Sway())
@@ -59,7 +60,7 @@ class Appearance(unittest.TestCase):
         return wait_until(self.window, "the window")
 
     def start_on_x11(self, settings):
-        self.display = self.enterContext(VirtualDisplay("1600x1200x24"))
+        self.display = self.enterContext(VirtualDisplay("800x640x24"))
         self.start(settings, DISPLAY=self.display.name, WAYLAND_DISPLAY=None)
         window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.settle()

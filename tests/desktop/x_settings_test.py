@@ -11,6 +11,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.agents import Agents
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
 from harness.pictures import Picture, contrast
@@ -39,11 +40,13 @@ class XSettings(unittest.TestCase):
     def daemon(self, settings):
         """The desktop's settings daemon, with these to hand out."""
         self.say(settings)
-        return self.processes.start(["xsettingsd", "-c", self.file], env=self.variables)
+        daemon = self.processes.start(["xsettingsd", "-c", self.file], env=self.variables)
+        wait_until(lambda: self.display.selection_owner("_XSETTINGS_S0"), "the daemon")
+        return daemon
 
     def start(self):
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
-        self.processes.start([VIGILO], env=self.variables)
+        self.processes.start(Agents.alone(VIGILO), env=self.variables)
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.display.move_pointer(0, 0)
         self.display.settle()

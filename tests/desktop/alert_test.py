@@ -57,7 +57,7 @@ class Alerts(unittest.TestCase):
         self.perform("toggleProtection")
         wait_until(lambda: len(self.windows()) == 2, "the alert, since it fails anew")
         self.program.terminate()
-        self.assertEqual(self.program.wait(20), 0)
+        self.assertEqual(self.program.wait(60), 0)
 
     def test_another_warning_waits_its_turn(self):
         self.perform("toggleProtection")

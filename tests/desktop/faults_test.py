@@ -108,7 +108,7 @@ class Faults(FaultTest):
         first = self.program
         first.terminate()
         second = self.processes.start([self.vigilo], env=self.variables)
-        self.assertEqual(first.wait(20), 0)
+        self.assertEqual(first.wait(60), 0)
         wait_until(lambda: self.instance() == second.pid or second.poll() is not None, "the second one")
         self.assertIsNone(second.poll())
         self.program, self.pid = second, second.pid

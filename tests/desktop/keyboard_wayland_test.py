@@ -98,7 +98,7 @@ class KeyboardOnWayland(unittest.TestCase):
         self.press("right", "-k", "Return", then_focused="End Awake Session")
         self.press("-M", "ctrl", "k", "-m", "ctrl", then_focused="Start Awake Session")
         subprocess.run(["wtype", "-M", "ctrl", "q", "-m", "ctrl"], env=self.variables, check=True)
-        self.assertEqual(self.vigilo.wait(20), 0)
+        self.assertEqual(self.vigilo.wait(60), 0)
 
 
 if __name__ == "__main__":

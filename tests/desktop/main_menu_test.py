@@ -114,7 +114,7 @@ class MainMenu(unittest.TestCase):
         self.display.key("ctrl+comma")
         wait_until(lambda: os.path.exists(script + ".opened"), "the settings")
         self.display.key("ctrl+q")
-        self.assertEqual(self.vigilo.wait(20), 0)
+        self.assertEqual(self.vigilo.wait(60), 0)
 
     def test_key_equivalents_do_nothing_behind_the_lock(self):
         self.display.key("ctrl+l")
@@ -180,7 +180,7 @@ class MainMenu(unittest.TestCase):
         self.open("F10")
         self.press("End", then_focused="Quit Vigilo")
         self.display.key("space")
-        self.assertEqual(self.vigilo.wait(20), 0)
+        self.assertEqual(self.vigilo.wait(60), 0)
 
 
 if __name__ == "__main__":

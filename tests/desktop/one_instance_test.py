@@ -36,7 +36,7 @@ class OneInstance(unittest.TestCase):
 
     def start_again(self):
         return subprocess.run(
-            [VIGILO], env=self.variables, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=20,
+            [VIGILO], env=self.variables, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60,
             check=False,
         )
 
@@ -100,7 +100,7 @@ class OneInstance(unittest.TestCase):
         perform(self.bus, "toggleProtection")
         self.assertEqual(self.power.stdout.readline(), "release 0\n")
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(20), 0)
+        self.assertEqual(self.first.wait(60), 0)
 
     def test_it_is_found_on_the_bus_that_replaces_another(self):
         for _ in range(2):
@@ -110,7 +110,7 @@ class OneInstance(unittest.TestCase):
             second = self.start_again()
             self.assertEqual((second.returncode, second.stderr), (0, ""))
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(20), 0)
+        self.assertEqual(self.first.wait(60), 0)
 
     def is_on_the_bus(self):
         names = subprocess.run(
@@ -121,7 +121,7 @@ class OneInstance(unittest.TestCase):
 
     def test_an_action_starts_the_program_and_is_carried_out(self):
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(20), 0)
+        self.assertEqual(self.first.wait(60), 0)
         self.bus.offer(
             ID, VIGILO,
             {
@@ -137,7 +137,7 @@ class OneInstance(unittest.TestCase):
 
     def test_the_place_is_free_when_it_has_ended(self):
         self.first.terminate()
-        self.first.wait(20)
+        self.first.wait(60)
         self.processes.start([VIGILO], env=self.variables)
         wait_until(self.windows, "the window")
 

@@ -121,7 +121,7 @@ class WithXfcePanel(PanelTest):
         line = dict(menu.lines())[menu.number("Launch at Login — Approval Required")]
         self.assertEqual(line["toggle-state"], -1)
         menu.click("Quit Vigilo")
-        self.assertEqual(program.wait(20), 0)
+        self.assertEqual(program.wait(60), 0)
 
     def test_pressing_it_shows_the_window(self):
         self.panel.start()

@@ -53,7 +53,7 @@ class SuddenEnds(unittest.TestCase):
         def check(state, it):
             gone = it.service.holders_gone()
             it.display.stop()
-            self.assertEqual(it.program.wait(20), 1)
+            self.assertEqual(it.program.wait(60), 1)
             if state != "idle":
                 wait_until(lambda: it.service.holders_gone() > gone, "the inhibition to go")
             wait_until(lambda: not it.processes_left(), "the helpers to end")

@@ -142,7 +142,7 @@ class WithoutPanel(PanelTest):
         wait_until(lambda: not self.windows(), "the window to go")
         self.assertIsNone(program.poll())
         os.kill(self.pid, signal.SIGTERM)
-        self.assertEqual(program.wait(20), 0)
+        self.assertEqual(program.wait(60), 0)
 
 
 if __name__ == "__main__":

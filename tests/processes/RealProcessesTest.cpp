@@ -59,10 +59,10 @@ protected:
 
     std::vector<AgentSession> ours() { return ours(procfs); }
 
-    /// What is found once `count` sessions are, or after some seconds.
+    /// What is found once `count` sessions are, or after a minute.
     std::vector<AgentSession> oursWhenThereAre(std::size_t count) {
         auto found = ours();
-        for (int attempt = 0; attempt < 500 && found.size() != count; ++attempt) {
+        for (int attempt = 0; attempt < 6000 && found.size() != count; ++attempt) {
             std::this_thread::sleep_for(10ms);
             found = ours();
         }
@@ -236,7 +236,7 @@ TEST_F(RealProcessesTest, findsTwoAmongTenThousand) {
     const RealProcess crowd(PROCESS_DOUBLE, {"crowd", "children", "10000"}, folder("crowd"));
     const RealProcess one(program("claude"), {"claude", "600"}, folder("one"));
     const RealProcess two(program("claude"), {"claude", "600"}, folder("two"));
-    for (int attempt = 0; attempt < 1000 && crowd.childCount() < 10000; ++attempt) {
+    for (int attempt = 0; attempt < 6000 && crowd.childCount() < 10000; ++attempt) {
         std::this_thread::sleep_for(10ms);
     }
     ASSERT_EQ(crowd.childCount(), 10000u);
@@ -253,7 +253,7 @@ TEST_F(RealProcessesTest, tellsABusyProcessFromAnIdleOne) {
                !found[1].isBusy;
     };
     auto found = ours();
-    for (int attempt = 0; attempt < 1000 && !areToldApart(found); ++attempt) {
+    for (int attempt = 0; attempt < 6000 && !areToldApart(found); ++attempt) {
         std::this_thread::sleep_for(10ms);
         found = ours();
     }

@@ -102,7 +102,7 @@ protected:
     static void waitForAgent(pid_t pid) {
         platform::ProcfsProcessTable table;
         ProcessTableReader reader(table);
-        for (int attempt = 0; attempt < 1000 && !session(reader, pid); ++attempt) {
+        for (int attempt = 0; attempt < 6000 && !session(reader, pid); ++attempt) {
             std::this_thread::sleep_for(10ms);
         }
         ASSERT_TRUE(session(reader, pid));

@@ -54,7 +54,7 @@ class SystemLock(unittest.TestCase):
             [HELPER], env=environment(**self.variables), stdin=subprocess.DEVNULL, preexec_fn=die_with_parent
         )
         self.addCleanup(end, process)
-        return process.wait(20)
+        return process.wait(60)
 
     def looks(self):
         """How often the helper looked whether somebody has taken the lock, in a run in which nobody did."""

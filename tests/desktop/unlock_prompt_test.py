@@ -32,24 +32,29 @@ class UnlockPrompt(PromptTest):
         self.unlock()
 
     def test_a_wait_for_the_next_attempt_is_said_and_not_slept_through(self):
-        self.pam.does("delay", "6000", "ask", "Password:")
+        # The most that a module may ask for is ten seconds.
+        self.pam.does("delay", "20000", "ask", "Password:")
         self.open()
         self.submit("wrong")
         wait_until(lambda: "".join(self.message()).startswith(NOT_RIGHT + " The next one is checked in "), "the wait")
-        self.assertEqual(self.helpers(), [])
+        helpers = self.helpers()
+        # Unless the wait is over already.
+        if "checked in" in "".join(self.message()):
+            self.assertEqual(helpers, [])
         # It can be left meanwhile.
         self.stay_locked()
         self.open()
         self.submit("wrong")
         wait_until(lambda: "checked in" in "".join(self.message()), "the wait")
         self.wait_for_message(NOT_RIGHT)
+        begun = time.monotonic()
         self.submit("wrong")
         wait_until(lambda: "checked in" in "".join(self.message()), "the wait")
         # What is typed meanwhile is checked when it is over.
         self.submit("right")
         wait_until(lambda: self.message() == [], "the message to go")
-        self.assertTrue(self.is_covered())
         self.is_unlocked()
+        self.assertGreater(time.monotonic() - begun, 9)
 
     def test_one_that_nobody_uses_goes_after_a_minute_and_the_lock_stays(self):
         self.open()
@@ -172,6 +177,9 @@ class UnlockPrompt(PromptTest):
                 (helper,) = wait_until(self.helpers, "the helper")
                 if answer:
                     self.submit(answer)
+                    # Return is behind it by then: seen after the helper's end, it would start a new one.
+                    self.display.key("Tab")
+                    wait_until(self.is_way_out_focused, "the focus on the way out")
                 if "Code:" in steps:
                     self.wait_for_question("Code")
                 os.kill(helper, signal.SIGKILL)
@@ -187,6 +195,9 @@ class UnlockPrompt(PromptTest):
         os.kill(helper, signal.SIGKILL)
         self.wait_for_message(NOT_NOW)
         self.unlock_with("Return")
+
+    def is_way_out_focused(self):
+        return any(node.name == "Stay Locked" and "focused" in node.states for node in self.prompt())
 
 
 if __name__ == "__main__":

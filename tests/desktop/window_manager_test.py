@@ -3,6 +3,7 @@
 away by its own button.
 Usage: window_manager_test.py VIGILO"""
 
+import itertools
 import os
 import shutil
 import subprocess
@@ -57,11 +58,16 @@ class UnderAWindowManager(unittest.TestCase):
     def test_its_ground_moves_it(self):
         x, y = self.display.position(self.window)
         self.xdotool("mousemove", str(x + 100), str(y + 480), "mousedown", "1")
-        for step in range(1, 9):
+        steps = itertools.count(1)
+
+        def moves():
+            step = next(steps) % 20
             self.xdotool("mousemove", str(x + 100 + 10 * step), str(y + 480 + 5 * step))
-            time.sleep(0.03)
+            return self.display.position(self.window) != (x, y)
+
+        # The button stays down until then: the program may see the drag late.
+        wait_until(moves, "the window to move")
         self.xdotool("mouseup", "1")
-        wait_until(lambda: self.display.position(self.window) != (x, y), "the window to move")
 
     def test_its_button_minimises_it(self):
         self.display.click(self.window, 682, 16)

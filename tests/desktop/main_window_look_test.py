@@ -2,6 +2,7 @@
 """Where things are in the main window and what colour they have, at three scales, against the
 numbers of its design. Usage: main_window_look_test.py VIGILO"""
 
+import math
 import os
 import sys
 import unittest
@@ -87,6 +88,12 @@ class MainWindowLook(unittest.TestCase):
             difference = max(abs(a - b) for a, b in zip(picture.colour(x, y), expected))
             self.assertLessEqual(difference, tolerance, "colour at %s, %s: %s" % (x, y, picture.colour(x, y)))
 
+    @staticmethod
+    def difference(picture, area, brightness, expected):
+        """How far something is from its place."""
+        box = picture.ink(*area, brightness)
+        return max(abs(a - b) for a, b in zip(box, expected)) if box else math.inf
+
     def check_boxes(self, picture, boxes):
         for name, (area, brightness, expected) in boxes.items():
             box = picture.ink(*area, brightness)
@@ -133,7 +140,11 @@ class MainWindowLook(unittest.TestCase):
                     display.settle()
                 display.click(window, 360 * scale, 385 * scale)
                 display.move_pointer(0, 0)
-                display.settle()
+                wait_until(
+                    lambda: self.difference(Picture(display.picture(), scale, origin), *ACTIVE_BOXES["symbol"]) <= 2,
+                    "the symbol to have glided to its place",
+                )
+                display.settle(quiet=1)
                 active = Picture(display.picture(), scale, origin)
                 self.check_colours(active, ACTIVE)
                 self.check_colours(active, ACTIVE_BUTTON, tolerance=3)

@@ -89,8 +89,8 @@ class Shortages(unittest.TestCase):
             it.act("agentLock")
             wait_until(it.is_covered, "the lock with %d left" % count)
             it.open_prompt()
-            wait_until(lambda: it.says(NOT_NOW) or it.running("vigilo-authenticate"), "the prompt with %d left" % count)
-            if it.running("vigilo-authenticate"):
+            wait_until(lambda: it.says(NOT_NOW) or it.helpers(), "the prompt with %d left" % count)
+            if it.helpers():
                 it.unlock()
             else:
                 it.close_prompt()

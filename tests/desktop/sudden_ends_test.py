@@ -126,13 +126,13 @@ class SuddenEnds(unittest.TestCase):
     def test_its_authentication_helper_is_killed_or_stopped(self):
         def check(state, it):
             for number in (signal.SIGKILL, signal.SIGABRT):
-                for helper in wait_until(lambda: it.running("vigilo-authenticate"), "the helper"):
+                for helper in wait_until(it.helpers, "the helper"):
                     os.kill(helper, number)
                 wait_until(lambda: it.says(NOT_NOW), "what is said")
                 self.assertTrue(it.is_covered())
                 it.close_prompt()
                 it.open_prompt()
-            for helper in wait_until(lambda: it.running("vigilo-authenticate"), "the helper"):
+            for helper in wait_until(it.helpers, "the helper"):
                 os.kill(helper, signal.SIGSTOP)
             it.type_password()
             it.close_prompt()

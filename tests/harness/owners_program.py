@@ -149,6 +149,8 @@ class OwnersProgram:
         return any(node.name == message for node in self.prompt())
 
     def open_prompt(self):
+        # The content of the lock comes after it has taken the keyboard.
+        self.button("Unlock Agent Lock with Touch ID or password")
         self.display.key("Return")
         wait_until(self.prompt, "the prompt")
 
@@ -180,18 +182,23 @@ class OwnersProgram:
                 pass  # ended meanwhile
         return found
 
-    def running(self, name):
-        """Process ids of the program's helpers of this name."""
+    def running(self, name, without=None):
+        """Process ids of the program's helpers of this name, those apart that have an argument."""
         found = []
         for pid in self.processes_left():
             try:
                 with open("/proc/%d/cmdline" % pid, "rb") as file:
-                    path = file.read().split(b"\0")[0].decode()
+                    path, *arguments = file.read().decode().split("\0")
             except OSError:
                 continue  # ended meanwhile
-            if os.path.basename(path) == name:
+            if os.path.basename(path) == name and without not in arguments:
                 found.append(pid)
         return found
+
+    def helpers(self):
+        """Process ids of the helpers that ask for a password; one that waits for a finger ends by itself where there
+        is no reader."""
+        return self.running("vigilo-authenticate", without="fingerprint")
 
     def is_alive(self):
         return self.program.poll() is None

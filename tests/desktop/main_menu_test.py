@@ -11,6 +11,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.accessibility import AccessibleDesktop
 from harness.display import VirtualDisplay, windows_named
+from harness.focus import focused_window
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -44,6 +45,7 @@ class MainMenu(unittest.TestCase):
         )
         self.window = wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")[0]
         self.desktop.wait_for("push button", "Start Awake Session")
+        wait_until(lambda: focused_window(self.display.name) == self.window, "the keyboard")
 
     def rows(self):
         """The lines of the menu that can be chosen."""

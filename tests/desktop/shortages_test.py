@@ -10,6 +10,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.accessibility import AccessibleDesktop
 from harness.display import windows_named
+from harness.focus import focused_window
 from harness.limits import Limits
 from harness.owner import UID, Owner
 from harness.owners_program import OwnersProgram
@@ -106,6 +107,7 @@ class Shortages(unittest.TestCase):
             self.assertTrue(it.is_alive())
             self.limits.lift("nofile")
             if self.alerts(it):
+                wait_until(lambda: focused_window(it.display.name) in self.alerts(it), "the alert to have the keyboard")
                 it.display.key("Return")
                 wait_until(lambda: not self.alerts(it), "the alert to go")
                 it.begin_session()

@@ -10,6 +10,7 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.focus import focused_window
 from harness.panel_test import PanelTest
 from harness.panels import Watcher
 from harness.pictures import Picture
@@ -56,10 +57,11 @@ class WithTrayer(PanelTest):
         self.display.click(self.windows()[0], 704, 16)
         wait_until(lambda: not self.windows(), "the window to go")
         self.press(1)
-        wait_until(self.windows, "the window")
+        (window,) = wait_until(self.windows, "the window")
         self.press(3)
         # Its window has the same title as the other one.
         wait_until(lambda: len(self.windows()) == 2, "the menu")
+        wait_until(lambda: focused_window(self.display.name) in set(self.windows()) - {window}, "the menu's keyboard")
         self.display.key("k", "Return")
         wait_until(lambda: self.icon("Mac is staying awake"), "the other tooltip")
         wait_until(lambda: len(self.windows()) == 1, "the menu to close")
@@ -79,10 +81,11 @@ class WithTrayer(PanelTest):
         wait_until(self.icon, "the icon")
         wait_until(lambda: self.shades()[0] < 60, "dark lines on the light tray")
         end(tray)
+        wait_until(lambda: self.icon() is None, "the tray's end")
         self.start_trayer(GTK2_RC_FILES=style)
         wait_until(lambda: self.shades()[1] > 220, "light lines on the dark tray")
         # What the tray says counts for more than what it looks like, also when it says it later.
-        tray = self.display.selection_owner("_NET_SYSTEM_TRAY_S0")
+        tray = wait_until(lambda: self.display.selection_owner("_NET_SYSTEM_TRAY_S0"), "the tray")
         black = ",".join(["0"] * 12)
         subprocess.run(
             ["xprop", "-id", str(tray), "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set", "_NET_SYSTEM_TRAY_COLORS", black],
@@ -135,6 +138,7 @@ class WithTrayer(PanelTest):
 class WithoutPanel(PanelTest):
     def test_the_program_is_used_without_a_panel_and_outlives_the_bus(self):
         program = self.start()
+        wait_until(lambda: [focused_window(self.display.name)] == self.windows(), "the keyboard")
         self.display.key("ctrl+k")
         self.assertEqual(self.power.stdout.readline(), "AddInhibition 1 Vigilo -> 0\n")
         self.bus.processes.stop()

@@ -10,8 +10,8 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
+from harness.desktop_services import start_xfconfd
 from harness.display import VirtualDisplay, windows_named
-from harness.libraries import XFCONFD
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -46,7 +46,7 @@ class SessionEnd(unittest.TestCase):
                 XDG_RUNTIME_DIR=home,
                 XDG_CURRENT_DESKTOP="XFCE",
             )
-            processes.start([XFCONFD], env=variables)
+            start_xfconfd(processes, variables)
             processes.start([SESSION_MANAGER], env=variables)
             wait_until(lambda: windows_named(display.name, "Vigilo"), "the window")
             subprocess.run(

@@ -7,7 +7,7 @@ import time
 
 import dbus
 
-from .libraries import XFCONFD
+from .desktop_services import start_xfconfd
 from .processes import environment, wait_until
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -61,7 +61,7 @@ class XfcePanel:
             HOME=home, XDG_CONFIG_HOME=home, XDG_CACHE_HOME=home, XDG_RUNTIME_DIR=home, SESSION_MANAGER=None,
         )
         os.chmod(home, 0o700)
-        processes.start([XFCONFD], env=self._environment)
+        start_xfconfd(processes, self._environment)
 
     def start(self):
         return self._processes.start(["xfce4-panel", "--disable-wm-check"], env=self._environment)

@@ -16,8 +16,8 @@ from gi.repository import Gio, GLib
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
+from harness.desktop_services import start_xfconfd
 from harness.display import VirtualDisplay
-from harness.libraries import XFCONFD
 from harness.login_test import NAME, Scratch
 from harness.processes import Processes, environment, wait_until
 
@@ -155,7 +155,7 @@ class Desktops(Scratch):
                 XDG_CURRENT_DESKTOP="XFCE",
                 LOGIN_DRIVER_MARK=mark,
             )
-            processes.start([XFCONFD], env=variables)
+            start_xfconfd(processes, variables)
             processes.start(["xfce4-session"], env=variables)
             wait_until(lambda: os.path.exists(mark), "the start")
 

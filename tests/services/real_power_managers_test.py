@@ -10,7 +10,8 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
-from harness.libraries import LIBRARIES, XFCONFD
+from harness.desktop_services import start_upowerd, start_xfconfd
+from harness.libraries import LIBRARIES
 from harness.power import PowerDriver
 from harness.processes import Processes, end, environment, wait_until
 from harness.system_bus import SystemBus
@@ -18,7 +19,6 @@ from harness.xorg import DummyXorg
 
 SHIM = sys.argv.pop()
 DRIVER = sys.argv.pop()
-UPOWERD = "/usr/libexec/upowerd"
 XFCE = "/usr/bin/xfce4-power-manager"
 PLASMA = LIBRARIES + "/libexec/org_kde_powerdevil"
 
@@ -38,7 +38,7 @@ class RealPowerManagers(unittest.TestCase):
             XDG_CONFIG_HOME=home,
             XDG_RUNTIME_DIR=home,
         )
-        self.processes.start([UPOWERD], env=self.environment)
+        start_upowerd(self.processes, self.environment)
 
     def call(self, service, path, interface, method, *arguments):
         result = subprocess.run(
@@ -72,7 +72,7 @@ class RealPowerManagers(unittest.TestCase):
 
     @unittest.skipUnless(os.path.exists(XFCE), XFCE + " is not installed")
     def test_xfce_counts_the_lock_over_a_restart_until_it_is_given_back(self):
-        self.processes.start([XFCONFD], env=self.environment)
+        start_xfconfd(self.processes, self.environment)
         manager = self.start(XFCE, "--no-daemon")
         driver = self.driver()
         status, number = driver.create()

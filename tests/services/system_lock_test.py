@@ -196,7 +196,7 @@ class OnWayland(SystemLock):
             with Sway(outputs=2) as sway:
                 self.variables |= sway.environment
                 locked = os.path.join(self.folder, "locked")
-                swayidle = self.processes.start(
+                self.processes.start(
                     [
                         "/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
                         # A locker by its name, as swayidle's users start one.
@@ -209,10 +209,22 @@ class OnWayland(SystemLock):
                         })
                     ),
                 )
-                wait_until(lambda: bus.listens(swayidle.pid), "swayidle")
+                # It is on the bus before it listens for this.
+                wait_until(lambda: "member='Lock'" in self.match_rules(bus), "swayidle")
                 self.lock()
                 wait_until(lambda: os.path.exists(locked), "swayidle's lock")
                 self.assertTrue(sway.is_asked_to_sleep())
+
+    @staticmethod
+    def match_rules(bus):
+        """What all those on a bus listen for."""
+        return subprocess.run(
+            [
+                "dbus-send", "--bus=" + bus.address, "--print-reply", "--dest=org.freedesktop.DBus",
+                "/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats.GetAllMatchRules",
+            ],
+            check=True, stdout=subprocess.PIPE, text=True,
+        ).stdout
 
     def test_a_bare_compositor_gets_its_locker(self):
         note = self.locker("swaylock")

@@ -1,10 +1,12 @@
 #include "tests/processes/RealProcess.h"
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -12,6 +14,24 @@
 #include <unistd.h>
 
 namespace vigilo {
+
+namespace {
+
+/// The kernel shows a new program without its arguments for a moment.
+void waitForArguments(pid_t pid) {
+    const std::string path = "/proc/" + std::to_string(pid) + "/cmdline";
+    siginfo_t info{};
+    while (std::ifstream(path).get() == std::ifstream::traits_type::eof()) {
+        // One that has ended has none any more.
+        if (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+            info.si_pid != 0) {
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+} // namespace
 
 RealProcess::RealProcess(const std::string& program, const std::vector<std::string>& arguments,
                          const std::string& folder) {
@@ -41,6 +61,7 @@ RealProcess::RealProcess(const std::string& program, const std::vector<std::stri
     if (pid_ < 0 || failed) {
         throw std::runtime_error("cannot start " + program);
     }
+    waitForArguments(pid_);
 }
 
 RealProcess::RealProcess(RealProcess&& other) noexcept : pid_(std::exchange(other.pid_, -1)) {}

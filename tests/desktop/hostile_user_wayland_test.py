@@ -92,6 +92,18 @@ class HostileUser(unittest.TestCase):
 
         return wait_until(is_open, "the prompt")
 
+    def open_lasting_prompt(self):
+        """Covers that are made anew take the prompt with them."""
+        def lasts():
+            helpers = self.open_prompt()
+            for _ in range(5):
+                time.sleep(0.05)
+                if self.helpers() != helpers:
+                    return False
+            return True
+
+        wait_until(lasts, "a prompt that stays")
+
     def leave_prompt(self):
         def is_left():
             self.wtype("-k", "Escape")
@@ -119,9 +131,9 @@ class HostileUser(unittest.TestCase):
     def unlock(self):
         self.assertIsNone(self.vigilo.poll())
         self.leave_prompt()
-        self.open_prompt()
-        # What opened it is there, too.
-        self.wtype(*["-k", "BackSpace"] * 20, "right", "-k", "Return")
+        self.open_lasting_prompt()
+        # What opened it is there, too: all of it goes.
+        self.wtype("-M", "ctrl", "-k", "BackSpace", "-m", "ctrl", "right", "-k", "Return")
         wait_until(lambda: not self.is_covered(), "the lock to go")
         self.assertIsNone(self.vigilo.poll())
 

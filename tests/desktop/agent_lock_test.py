@@ -69,6 +69,17 @@ class AgentLock(unittest.TestCase):
         # The proposed mode is the Agent Lock.
         self.display.click(self.window, 360, 399)
         wait_until(self.is_covered, "the lock")
+        # The guard and the keyboard come after the picture; what is typed sooner goes to the window below.
+        wait_until(lambda: self.running("vigilo-guard"), "the guard")
+        wait_until(self.has_keyboard, "the keyboard")
+
+    def has_keyboard(self):
+        """Whether what is typed goes to the lock."""
+        focused = subprocess.run(
+            ["xdotool", "getwindowfocus", "-f", "getwindowname"], env=self.variables, check=False,
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+        ).stdout
+        return focused.startswith("Agent Lock")
 
     def xrandr(self, *arguments):
         subprocess.run(["xrandr", *arguments], env=self.variables, check=True, stdout=subprocess.DEVNULL)
@@ -125,6 +136,10 @@ class AgentLock(unittest.TestCase):
         secret = b"unmistakable-4711-secret"
         self.be_refused(secret.decode())
         (pid,) = self.running("vigilo")
+        # So that nothing of it goes while it is read.
+        self.addCleanup(os.kill, pid, signal.SIGCONT)
+        os.kill(pid, signal.SIGSTOP)
+        wait_until(lambda: self.is_stopped(pid), "the program to stop")
         with open("/proc/%d/maps" % pid, encoding="utf-8") as file:
             maps = file.readlines()
         for line in maps:
@@ -134,6 +149,18 @@ class AgentLock(unittest.TestCase):
                 with open("/proc/%d/mem" % pid, "rb", buffering=0) as memory:
                     memory.seek(first)
                     self.assertNotIn(secret, memory.read(last - first), line)
+
+    @staticmethod
+    def is_stopped(pid):
+        """Whether all threads are."""
+        def state(thread):
+            with open("/proc/%d/task/%s/stat" % (pid, thread), encoding="utf-8") as file:
+                return file.read().rsplit(")", 1)[1].split()[0]
+
+        try:
+            return all(state(thread) == "T" for thread in os.listdir("/proc/%d/task" % pid))
+        except (FileNotFoundError, ProcessLookupError):
+            return False  # one has just ended
 
     def test_an_escaped_prompt_leaves_it_up(self):
         self.type("abc")

@@ -86,6 +86,7 @@ class HostileUser(unittest.TestCase):
         )
         subprocess.run(["xsetroot", "-solid", "#ff00ff"], env=self.variables, check=True)
         self.processes.start(["openbox"], env=self.variables)
+        self.display.wait_for_window_manager()
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         vigilo = self.processes.start(
             Agents.apart(*self.owner.command(*self.agents.command(VIGILO))), env=self.variables
@@ -97,8 +98,19 @@ class HostileUser(unittest.TestCase):
         self.namespace = Agents.first(vigilo)
         self.addCleanup(vigilo.wait)
         self.addCleanup(os.kill, self.namespace, signal.SIGKILL)
+        # The guard and the keyboard come after the picture; until it is itself, the guard looks like the program.
+        wait_until(lambda: self.running(".*/vigilo-guard"), "the guard")
+        wait_until(self.has_keyboard, "the keyboard")
         (self.pid,) = self.running(VIGILO)
         self.watch = self.enterContext(Watch(self.display))
+
+    def has_keyboard(self):
+        """Whether what is typed goes to the lock."""
+        focused = subprocess.run(
+            ["xdotool", "getwindowfocus", "-f", "getwindowname"], env=self.variables, check=False,
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+        ).stdout
+        return focused.startswith("Agent Lock")
 
     def running(self, command):
         """Process ids of ours with this command line."""

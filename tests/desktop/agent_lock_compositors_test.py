@@ -51,6 +51,14 @@ class OtherProgram:
         self._text += self.process.stdout.read() or b""
         return self._text.decode().splitlines()
 
+    def is_shown(self):
+        """Whether all its windows are; those of several outputs come one after another."""
+        return self.lines().count("shown") >= len(SIDE_BY_SIDE)
+
+    def has_keyboard(self):
+        """Whether one of its windows has it, as far as the program knows."""
+        return [line for line in self.lines() if line in ("entered", "left")][-1:] == ["entered"]
+
     def keys(self):
         return [line for line in self.lines() if line.startswith("key")]
 
@@ -65,11 +73,16 @@ class AgentLock(unittest.TestCase):
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=self.variables)
         self.below = OtherProgram(self, "full-screen", "wayland")
         wait_until(lambda: self.share() > 0.9, "the desktop below")
-        wait_until(lambda: self.has_keyboard(self.below), "the keyboard of the desktop below")
+        wait_until(lambda: self.gets_keys(self.below), "the keyboard of the desktop below")
 
-    def has_keyboard(self, other):
+    def gets_keys(self, other):
         self.compositor.key("a")
         return other.keys()
+
+    def wait_for_keyboard(self, *others):
+        """Until neither the desktop below nor these have it."""
+        for other in (self.below, *others):
+            wait_until(lambda other=other: not other.has_keyboard(), "the keyboard to come back")
 
     def lock(self, **changes):
         variables = environment(**(self.compositor.environment | changes))
@@ -79,6 +92,7 @@ class AgentLock(unittest.TestCase):
         wait_until(self.is_covered, "the lock")
         # Until what was pressed goes to the lock.
         time.sleep(1)
+        self.wait_for_keyboard()
         self.keys_before = len(self.below.keys())
 
     def acts(self, action):
@@ -103,11 +117,15 @@ class AgentLock(unittest.TestCase):
 
         def is_left():
             self.compositor.key("Escape", "Tab", "Return")
-            time.sleep(2)
+            # What is pressed again too soon would go to the desktop below.
+            deadline = time.monotonic() + 10
+            while self.is_covered() and time.monotonic() < deadline:
+                time.sleep(0.2)
             return not self.is_covered()
 
+        self.wait_for_keyboard()
         # A busy machine may take a while to give the keyboard back; what is pressed meanwhile is lost.
-        wait_until(is_left, "the lock to go", timeout=30)
+        wait_until(is_left, "the lock to go")
         self.assertIsNone(self.vigilo.poll())
         if all_along:
             self.assertEqual(self.keys_before, len(self.below.keys()))
@@ -132,10 +150,11 @@ class CoversThatHold(AgentLock):
             for platform in ("wayland", "xcb"):
                 with self.subTest(kind=kind, platform=platform):
                     other = OtherProgram(self, kind, platform)
-                    wait_until(lambda: "shown" in other.lines(), "the window")
+                    wait_until(other.is_shown, "the windows")
                     for _ in range(10):
                         self.assertTrue(self.is_covered())
                     time.sleep(1)
+                    self.wait_for_keyboard(other)
                     self.compositor.key("b", "Escape")
                     time.sleep(0.3)
                     self.assertEqual([], other.keys())
@@ -151,8 +170,9 @@ class CoversThatHold(AgentLock):
         self.lock()
         for _ in range(5):
             other = OtherProgram(self, "unmanaged", "xcb")
-            wait_until(lambda: "shown" in other.lines(), "the window")
+            wait_until(other.is_shown, "the windows")
             self.expect_to_stay_covered()
+            self.wait_for_keyboard(other)
             self.compositor.key("b", "Escape")
             time.sleep(0.3)
             self.assertEqual([], other.keys())
@@ -163,7 +183,7 @@ class CoversThatHold(AgentLock):
     @applies_where(COMPOSITOR is KWin)
     def test_unmanaged_windows_that_were_there_before_stay_below_when_they_move(self):
         other = OtherProgram(self, "unmanaged", "xcb")
-        wait_until(lambda: "shown" in other.lines(), "the window")
+        wait_until(other.is_shown, "the windows")
         self.lock()
         windows = ("xdotool", "search", "--onlyvisible", "--class", "other_window")
         for change in (("windowmove", "%@", "50", "60"), ("windowsize", "%@", "500", "400"), ("windowraise", "%1")):
@@ -214,6 +234,13 @@ class FullScreenWindows(AgentLock):
     def lock(self):
         super().lock(**({} if COMPOSITOR is Weston else {"DISPLAY": None}))
 
+    def stays_covered(self):
+        deadline = time.monotonic() + 1.5
+        while time.monotonic() < deadline:
+            if not self.is_covered():
+                return False
+        return True
+
     def test_they_hide_the_desktop_have_the_keyboard_and_withstand_shortcuts(self):
         self.lock()
         self.expect_platform("wayland")
@@ -228,10 +255,10 @@ class FullScreenWindows(AgentLock):
         self.lock()
         for kind in ("full-screen", "normal"):
             other = OtherProgram(self, kind, "wayland")
-            wait_until(lambda: "shown" in other.lines(), "the window")
-            wait_until(self.is_covered, "the covers")
+            wait_until(other.is_shown, "the windows")
             # Until what is under way has come to its end.
-            time.sleep(1.5)
+            wait_until(self.stays_covered, "covers that stay")
+            self.wait_for_keyboard(other)
             self.assertTrue(self.is_covered(), kind)
             keys = len(other.keys())
             self.compositor.key("b", "Escape")
@@ -245,7 +272,7 @@ class FullScreenWindows(AgentLock):
     def test_they_are_there_and_have_the_keyboard_when_a_later_window_has_gone(self):
         self.lock()
         other = OtherProgram(self, "full-screen", "wayland")
-        wait_until(lambda: "shown" in other.lines(), "the window")
+        wait_until(other.is_shown, "the windows")
         time.sleep(0.5)
         end(other.process)
         wait_until(self.is_covered, "the covers")
@@ -282,9 +309,10 @@ class ChangingOutputs(AgentLock):
         for name, places in ARRANGEMENTS.items():
             self.compositor.arrange(*places)
             wait_until(self.is_hidden, "the covers after this: " + name)
-            # The desktop below takes its time to follow.
+            # The desktop below takes its time to follow, which the covers may be made anew for, at first in black.
             time.sleep(0.3)
-            self.assertTrue(self.is_hidden(), name)
+            self.assertTrue(self.is_covered(), name)
+            wait_until(self.is_hidden, "the covers to stay after this: " + name)
         # Now with the prompt.
         self.compositor.key("x")
         time.sleep(0.5)
@@ -293,6 +321,7 @@ class ChangingOutputs(AgentLock):
             wait_until(self.is_hidden, "the covers and the prompt after this: " + name)
         # A window that has just come with an output may have got keys; no more.
         time.sleep(1)
+        self.wait_for_keyboard()
         self.keys_before = len(self.below.keys())
         self.expect_the_keyboard()
 

@@ -1,10 +1,12 @@
 // Magenta windows of another program, one a display, also on one that comes later, on the toolkit's
-// platform. It writes the line "shown" when one was drawn and "key ..." for each key that they get.
+// platform. It writes the line "shown" when one was first drawn, "entered" and "left" when one gets
+// and loses the keyboard, and "key ..." for each key that they get.
 // Usage: other_window normal|full-screen|unmanaged
 #include <cstdio>
 #include <map>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -15,12 +17,27 @@
 namespace {
 
 class OtherWindow : public QRasterWindow {
+public:
+    OtherWindow() = default;
+    OtherWindow(const OtherWindow&) = delete;
+    OtherWindow& operator=(const OtherWindow&) = delete;
+    ~OtherWindow() override {
+        // It goes without a word of that.
+        if (QGuiApplication::focusWindow() == this) {
+            say(QStringLiteral("left"));
+        }
+    }
+
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter(this).fillRect(QRect(QPoint(), size()), QColor(0xFF, 0, 0xFF));
-        say(QStringLiteral("shown"));
+        if (!std::exchange(isShown_, true)) {
+            say(QStringLiteral("shown"));
+        }
     }
 
+    void focusInEvent(QFocusEvent*) override { say(QStringLiteral("entered")); }
+    void focusOutEvent(QFocusEvent*) override { say(QStringLiteral("left")); }
     void keyPressEvent(QKeyEvent* event) override { say(QStringLiteral("key ") + event->text()); }
 
 private:
@@ -28,6 +45,8 @@ private:
         std::puts(qPrintable(line));
         std::fflush(stdout);
     }
+
+    bool isShown_ = false;
 };
 
 } // namespace

@@ -13,10 +13,13 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
+from harness.pictures import Picture
 from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO, WATCH = sys.argv.pop(1), sys.argv.pop(1)
+# The larger of the lock screen.
+BUTTON = bytes((10, 132, 255))
 
 
 class AgentLockOnWayland(unittest.TestCase):
@@ -47,6 +50,10 @@ class AgentLockOnWayland(unittest.TestCase):
             return ([node] if node.get("pid") else []) + [window for child in children for window in within(child)]
 
         return within(self.sway.message("-t", "get_tree"))
+
+    def shows(self, colour):
+        picture = subprocess.run(["grim", "-t", "ppm", "-"], env=self.variables, check=True, stdout=subprocess.PIPE)
+        return Picture(picture.stdout).has(colour)
 
     def press(self, key):
         subprocess.run(["wtype", "-k", key], env=self.variables, check=True)
@@ -114,6 +121,9 @@ class AgentLockOnWayland(unittest.TestCase):
         self.assertIsNone(self.vigilo.poll())
 
     def test_the_keyboard_reaches_the_lock_screen(self):
+        # Until its buttons are there, and no ordinary window has the keyboard.
+        wait_until(lambda: self.shows(BUTTON), "the buttons")
+        wait_until(lambda: self.sway.message("-t", "get_seats")[0]["focus"] == 0, "the keyboard of the lock")
         # Tab goes to the other button, which leaves the screen to the system's own lock.
         self.press("Tab")
         self.press("Return")

@@ -1,11 +1,9 @@
 #include "platform/qt/covers/FullScreenPlacement.h"
 
-#include "platform/linux/compositor/CompositorInterfaces.h"
+#include "platform/qt/covers/WaylandGlobals.h"
 
 #include <chrono>
 #include <functional>
-#include <set>
-#include <string>
 #include <utility>
 
 #include <QGuiApplication>
@@ -14,6 +12,8 @@
 #include <QRasterWindow>
 #include <QScreen>
 #include <QTimer>
+
+#include <gtk-shell.h>
 
 namespace vigilo::platform {
 
@@ -27,19 +27,23 @@ constexpr std::chrono::milliseconds settling = 300ms;
 constexpr auto animation = 1s;
 // There may be no keyboard, and so no focus.
 constexpr int mostAttempts = 4;
-constexpr auto compositorLimit = 1s;
 
 constexpr Qt::WindowFlags coverFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 
-/// Whether that is known of the compositor; not of Mutter.
+/// Whether that is known of the compositor; not of Mutter, nor where there is none.
 bool keepsNewWindowsInSight() {
-    // It is the same one for as long as we run. One that did not answer is asked again.
-    static std::set<std::string> offered;
-    if (offered.empty()) {
-        offered = compositorInterfaces(compositorLimit);
+    wl_display* const display = waylandDisplay();
+    if (display == nullptr) {
+        return false;
     }
-    return !offered.empty() && !offered.contains("gtk_shell1");
+    bool isMutter = false;
+    wl_event_queue* const queue = wl_display_create_queue(display);
+    visitGlobals(display, queue, [&](const WaylandGlobal& offered) {
+        isMutter = isMutter || offered.interface == gtk_shell1_interface.name;
+    });
+    wl_event_queue_destroy(queue);
+    return !isMutter;
 }
 
 /// The bare ground of a cover, which is there sooner than its content.

@@ -103,7 +103,7 @@ class SuddenEndsOnWayland(unittest.TestCase):
         def check(state):
             gone = self.service.holders_gone()
             self.sway.processes.stop()
-            self.assertEqual(self.program.wait(20), 1)
+            self.assertEqual(self.program.wait(60), 1)
             with open(self.warnings, encoding="utf-8") as warnings:
                 self.assertEqual(warnings.read(), "vigilo: the connection to the display broke.\n")
             if state != "idle":

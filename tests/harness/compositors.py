@@ -77,13 +77,16 @@ class Compositor:
             return result
 
         server = wait_until(lambda: re.search(X_SERVER, text()), "the compositor and its X server")
-        (display,) = [name for name in os.listdir(self.folder) if re.fullmatch(r"wayland-\w+", name)]
+        (display,) = wait_until(self._displays, "the compositor's socket")
         authority = server["authority"] or "".join(glob.glob(self.folder + "/.mutter-Xwaylandauth.*"))
         self.environment = {
             "WAYLAND_DISPLAY": display, "XDG_RUNTIME_DIR": self.folder, "XDG_SESSION_TYPE": "wayland",
             "DISPLAY": server["name"], "XAUTHORITY": authority or None, "QT_QPA_PLATFORM": None,
             "DBUS_SESSION_BUS_ADDRESS": self.bus.address, "DBUS_SYSTEM_BUS_ADDRESS": self.system_bus.address,
         }
+
+    def _displays(self):
+        return [name for name in os.listdir(self.folder) if re.fullmatch(r"wayland-\w+", name)]
 
     def own(self, program):
         """A command for a copy of the program, run by the user who runs the compositor. A copy has no

@@ -57,7 +57,7 @@ class PanelTest(unittest.TestCase):
         # What runs it in a process namespace takes no signal itself.
         if program.poll() is None:
             os.kill(self.pid, signal.SIGTERM)
-            program.wait(20)
+            program.wait(60)
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")

@@ -44,7 +44,7 @@ class ScreenReader(unittest.TestCase):
     def start(self):
         """The program alone in its process table, with a shell that starts an agent when it is told to."""
         self.processes.serve("fake_power_service.py", "plasma", "grant", env=environment())
-        script = """trap 'claude 1000 & ' USR1; "$0" & while ! wait $!; do :; done; wait"""
+        script = """trap 'claude 1000 & ' USR1; "$0" & while kill -0 $! 2>/dev/null; do wait $!; done; wait"""
         self.outer = self.processes.start(
             Agents.apart("bash", "-c", script, VIGILO),
             env=environment(

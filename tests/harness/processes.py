@@ -57,8 +57,8 @@ class Processes:
 def end(process, timeout=20):
     """Asks a program to end, and kills it if it does not; returns its exit status."""
     if process.poll() is None:
-        # unshare(1) leaves that signal to its child, which does not get it.
-        process.send_signal(signal.SIGKILL if process.args[0] == "unshare" else signal.SIGTERM)
+        # unshare(1) with a child leaves that signal to it, which does not get it.
+        process.send_signal(signal.SIGKILL if "--kill-child" in process.args else signal.SIGTERM)
         try:
             process.wait(timeout)
         except subprocess.TimeoutExpired:

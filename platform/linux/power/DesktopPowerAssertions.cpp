@@ -97,9 +97,6 @@ void DesktopPowerAssertions::hold(std::uint32_t id, InhibitionResult result) {
     }
     held.inhibitions = std::move(result.inhibitions);
     held.pause = firstPause;
-    if (held.retry) {
-        std::exchange(held.retry, nullptr)->invalidate();
-    }
     if (!result.buses.session->connection().isConnected()) {
         // The session's own means may yet appear.
         retryLater(id, true);
@@ -144,9 +141,6 @@ void DesktopPowerAssertions::finishRetake(std::uint32_t id, bool needsSessionBus
 
 void DesktopPowerAssertions::retryLater(std::uint32_t id, bool needsSessionBus) {
     Held& held = held_.at(id);
-    if (held.retry) {
-        held.retry->invalidate();
-    }
     held.retry = runLoop_.scheduleRepeating(
         held.pause, [this, id, needsSessionBus] { retake(id, needsSessionBus); });
     held.pause = std::min<std::chrono::milliseconds>(held.pause * 2, longestPause);

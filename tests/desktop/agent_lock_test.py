@@ -14,6 +14,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
+from harness.focus import lock_has_keyboard
 from harness.owner import PASSWORD, UID, Owner
 from harness.pictures import DESKTOP, Picture
 from harness.processes import Processes, end, environment, wait_until
@@ -71,15 +72,7 @@ class AgentLock(unittest.TestCase):
         wait_until(self.is_covered, "the lock")
         # The guard and the keyboard come after the picture; what is typed sooner goes to the window below.
         wait_until(lambda: self.running("vigilo-guard"), "the guard")
-        wait_until(self.has_keyboard, "the keyboard")
-
-    def has_keyboard(self):
-        """Whether what is typed goes to the lock."""
-        focused = subprocess.run(
-            ["xdotool", "getwindowfocus", "-f", "getwindowname"], env=self.variables, check=False,
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
-        ).stdout
-        return focused.startswith("Agent Lock")
+        wait_until(lambda: lock_has_keyboard(self.display.name), "the keyboard")
 
     def xrandr(self, *arguments):
         subprocess.run(["xrandr", *arguments], env=self.variables, check=True, stdout=subprocess.DEVNULL)

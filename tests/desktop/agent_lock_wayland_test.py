@@ -37,19 +37,11 @@ class AgentLockOnWayland(unittest.TestCase):
         # A keyboard that is there before the first key: clients take note of one only after a while.
         self.processes.start(["wtype", "-s", "600000", "-k", "Shift_L"], env=self.variables)
         self.vigilo = self.processes.start([VIGILO], env=self.variables)
-        wait_until(lambda: any(node["focused"] for node in self.windows()), "the window")
+        wait_until(lambda: any(node["focused"] for node in self.sway.windows()), "the window")
         time.sleep(1)
         # The large button has the keyboard, and the proposed mode is the Agent Lock.
         self.press("Return")
         wait_until(self.sway.is_covered, "the lock")
-
-    def windows(self):
-        """What sway knows of the ordinary windows."""
-        def within(node):
-            children = node.get("nodes", []) + node.get("floating_nodes", [])
-            return ([node] if node.get("pid") else []) + [window for child in children for window in within(child)]
-
-        return within(self.sway.message("-t", "get_tree"))
 
     def shows(self, colour):
         picture = subprocess.run(["grim", "-t", "ppm", "-"], env=self.variables, check=True, stdout=subprocess.PIPE)
@@ -62,7 +54,7 @@ class AgentLockOnWayland(unittest.TestCase):
         # An ordinary window of a program that knows nothing of the other.
         alone = self.variables | {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
         other = self.processes.start([VIGILO], env=alone)
-        wait_until(lambda: any(node["pid"] == other.pid for node in self.windows()), "its window")
+        wait_until(lambda: any(node["pid"] == other.pid for node in self.sway.windows()), "its window")
         time.sleep(0.5)
         self.assertTrue(self.sway.is_covered())
         self.assertIsNone(other.poll())

@@ -155,15 +155,12 @@ class AgentLock(unittest.TestCase):
         self.display.key("Escape")
 
     def covers(self):
-        """The window identifiers of the covers."""
+        """(width, height, x, y) of each cover, in pixels, by the identifier of its window."""
         tree = self.run_quietly("xwininfo", "-root", "-children").stdout
-        return re.findall(r"(0x[0-9a-f]+) \"Agent Lock", tree)
-
-    def covered(self):
-        """(width, height, x, y) of each cover, in pixels."""
-        tree = self.run_quietly("xwininfo", "-root", "-children").stdout
-        found = re.findall(r"\"Agent Lock.* (\d+)x(\d+)\+-?\d+\+-?\d+ +\+(-?\d+)\+(-?\d+)$", tree, re.MULTILINE)
-        return [tuple(map(int, numbers)) for numbers in found]
+        found = re.findall(
+            r"(0x[0-9a-f]+) \"Agent Lock.* (\d+)x(\d+)\+-?\d+\+-?\d+ +\+(-?\d+)\+(-?\d+)$", tree, re.MULTILINE
+        )
+        return {window: tuple(map(int, numbers)) for window, *numbers in found}
 
     def workspace(self):
         return self.run_quietly("xdotool", "get_desktop").stdout.strip()
@@ -272,7 +269,7 @@ class AgentLock(unittest.TestCase):
         ):
             with self.subTest(options=options):
                 self.assertEqual(self.run_quietly("xrandr", *options).returncode, 0)
-                wait_until(lambda: sorted(self.covered()) == sorted(self.displays()), "a cover for each")
+                wait_until(lambda: sorted(self.covers().values()) == sorted(self.displays()), "a cover for each")
                 self.assert_covered()
 
     @applies_where(COMMAND)

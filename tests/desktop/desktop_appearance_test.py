@@ -68,14 +68,8 @@ class Appearance(unittest.TestCase):
 
     def window(self):
         """The width and the height of the program's window under sway."""
-
-        def find(node):
-            if node.get("pid") and node.get("app_id"):
-                return node["rect"]["width"], node["rect"]["height"]
-            children = node.get("nodes", []) + node.get("floating_nodes", [])
-            return next(filter(None, map(find, children)), None)
-
-        return find(self.sway.message("-t", "get_tree"))
+        boxes = [window["rect"] for window in self.sway.windows() if window.get("app_id")]
+        return next(((box["width"], box["height"]) for box in boxes), None)
 
     def picture(self):
         with tempfile.NamedTemporaryFile(suffix=".png") as file:

@@ -16,6 +16,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.agents import Agents
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
+from harness.focus import lock_has_keyboard
 from harness.owner import PASSWORD, Owner
 from harness.pictures import DESKTOP, Picture
 from harness.processes import Processes, environment, wait_until
@@ -100,17 +101,9 @@ class HostileUser(unittest.TestCase):
         self.addCleanup(os.kill, self.namespace, signal.SIGKILL)
         # The guard and the keyboard come after the picture; until it is itself, the guard looks like the program.
         wait_until(lambda: self.running(".*/vigilo-guard"), "the guard")
-        wait_until(self.has_keyboard, "the keyboard")
+        wait_until(lambda: lock_has_keyboard(self.display.name), "the keyboard")
         (self.pid,) = self.running(VIGILO)
         self.watch = self.enterContext(Watch(self.display))
-
-    def has_keyboard(self):
-        """Whether what is typed goes to the lock."""
-        focused = subprocess.run(
-            ["xdotool", "getwindowfocus", "-f", "getwindowname"], env=self.variables, check=False,
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
-        ).stdout
-        return focused.startswith("Agent Lock")
 
     def running(self, command):
         """Process ids of ours with this command line."""

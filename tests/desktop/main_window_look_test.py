@@ -82,28 +82,27 @@ ACTIVE_INK = INK | {
 }
 
 
+def distance(found, expected):
+    """How far a colour or a box is from another at most; infinitely where there is none."""
+    return max(abs(a - b) for a, b in zip(found, expected)) if found else math.inf
+
+
 class MainWindowLook(unittest.TestCase):
     def check_colours(self, picture, colours, tolerance=2):
         for (x, y), expected in colours.items():
-            difference = max(abs(a - b) for a, b in zip(picture.colour(x, y), expected))
+            difference = distance(picture.colour(x, y), expected)
             self.assertLessEqual(difference, tolerance, "colour at %s, %s: %s" % (x, y, picture.colour(x, y)))
-
-    @staticmethod
-    def difference(picture, area, brightness, expected):
-        """How far something is from its place."""
-        box = picture.ink(*area, brightness)
-        return max(abs(a - b) for a, b in zip(box, expected)) if box else math.inf
 
     def check_boxes(self, picture, boxes):
         for name, (area, brightness, expected) in boxes.items():
             box = picture.ink(*area, brightness)
             self.assertIsNotNone(box, name)
-            self.assertLessEqual(max(abs(a - b) for a, b in zip(box, expected)), 2, "%s: %s" % (name, box))
+            self.assertLessEqual(distance(box, expected), 2, "%s: %s" % (name, box))
 
     def check_ink(self, picture, colours):
         for area, expected in colours.items():
             colour = picture.strongest(*area)
-            difference = max(abs(a - b) for a, b in zip(colour, expected))
+            difference = distance(colour, expected)
             self.assertLessEqual(difference, 3, "ink in %s: %s" % (area, colour))
 
     def test_both_states_look_like_their_design_at_every_scale(self):
@@ -140,8 +139,9 @@ class MainWindowLook(unittest.TestCase):
                     display.settle()
                 display.click(window, 360 * scale, 385 * scale)
                 display.move_pointer(0, 0)
+                area, brightness, place = ACTIVE_BOXES["symbol"]
                 wait_until(
-                    lambda: self.difference(Picture(display.picture(), scale, origin), *ACTIVE_BOXES["symbol"]) <= 2,
+                    lambda: distance(Picture(display.picture(), scale, origin).ink(*area, brightness), place) <= 2,
                     "the symbol to have glided to its place",
                 )
                 display.settle(quiet=1)

@@ -11,7 +11,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.actions import ID, perform
-from harness.buses import SessionBus
+from harness.buses import SessionBus, owned_names
 from harness.display import VirtualDisplay, windows_named
 from harness.processes import Processes, environment, wait_until
 
@@ -113,11 +113,7 @@ class OneInstance(unittest.TestCase):
         self.assertEqual(self.first.wait(60), 0)
 
     def is_on_the_bus(self):
-        names = subprocess.run(
-            ["busctl", "--address=" + self.bus.address, "list", "--acquired", "--no-legend"],
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
-        ).stdout
-        return ID in names
+        return ID in owned_names(self.bus.address)
 
     def test_an_action_starts_the_program_and_is_carried_out(self):
         perform(self.bus, "quitApp")

@@ -49,20 +49,13 @@ class SuddenEndsOnWayland(unittest.TestCase):
         with open(self.warnings, "w", encoding="utf-8") as warnings:
             self.program = self.processes.start([VIGILO], env=self.variables, stderr=warnings)
         wait_until(self.is_on_the_bus, "the program")
-        wait_until(lambda: "Vigilo" in self.titles(), "the window")
+        wait_until(lambda: any(window["name"] == "Vigilo" for window in self.sway.windows()), "the window")
         if state != "idle":
             self.act("toggleProtection")
             self.service.wait_until_held()
         if state == "lock":
             self.lock()
             wait_until(lambda: self.children("vigilo-guard"), "the guard")
-
-    def titles(self):
-        def within(node):
-            children = node.get("nodes", []) + node.get("floating_nodes", [])
-            return [node["name"]] + [title for child in children for title in within(child)]
-
-        return within(self.sway.message("-t", "get_tree"))
 
     def is_on_the_bus(self):
         connection = dbus.bus.BusConnection(self.bus.address)

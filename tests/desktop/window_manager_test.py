@@ -14,6 +14,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.display import VirtualDisplay, windows_named
+from harness.focus import focused_window
 from harness.processes import Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
@@ -43,7 +44,7 @@ class UnderAWindowManager(unittest.TestCase):
 
     def test_it_comes_up_in_the_middle_with_the_keyboard(self):
         self.assertEqual(self.display.position(self.window), ((1280 - 720) // 2, (800 - 560) // 2))
-        wait_until(lambda: self.asked("xdotool", "getwindowfocus").strip() == self.window, "the keyboard")
+        wait_until(lambda: focused_window(self.display.name) == self.window, "the keyboard")
 
     def test_it_has_the_programs_icon(self):
         icons = self.asked("xprop", "-id", self.window, "_NET_WM_ICON")

@@ -30,6 +30,15 @@ def accepts(path):
         return connection.connect_ex(path) == 0
 
 
+def owned_names(address):
+    """The well-known names that somebody has on the bus at an address; none while it does not answer."""
+    rows = subprocess.run(
+        ["busctl", "--address=" + address, "list", "--acquired", "--no-legend"],
+        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
+    ).stdout.splitlines()
+    return [row.split()[0] for row in rows]
+
+
 class Bus:
     """A dbus-daemon of our own in a folder of its own; starts no services by itself."""
 

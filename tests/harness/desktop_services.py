@@ -1,7 +1,6 @@
 """Services of desktops, which a private bus does not start for those that call them."""
 
-import subprocess
-
+from .buses import owned_names
 from .libraries import XFCONFD
 from .processes import wait_until
 
@@ -20,12 +19,4 @@ def start_upowerd(processes, variables):
 
 def _start(processes, program, variables, address, name):
     processes.start([program], env=variables)
-    wait_until(lambda: name in _names(address), name)
-
-
-def _names(address):
-    rows = subprocess.run(
-        ["busctl", "--address=" + address, "list", "--acquired", "--no-legend"],
-        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, check=False,
-    ).stdout.splitlines()
-    return [row.split()[0] for row in rows]
+    wait_until(lambda: name in owned_names(address), name)

@@ -98,6 +98,15 @@ class Sway:
     def outputs(self):
         return self.message("-t", "get_outputs")
 
+    def windows(self):
+        """What sway knows of the ordinary windows."""
+
+        def within(node):
+            children = node.get("nodes", []) + node.get("floating_nodes", [])
+            return ([node] if node.get("pid") else []) + [window for child in children for window in within(child)]
+
+        return within(self.message("-t", "get_tree"))
+
     def is_covered(self, may_sleep=False):
         """Whether every output that is on shows something, but not one pixel of the background; one that
         sleeps shows nothing."""

@@ -48,7 +48,7 @@ class SwayEnvironment(Environment):
         return [LoginManager(self)]
 
     def windows(self):
-        return [node for node in _nodes(self.sway.message("-t", "get_tree")) if node.get("name") == "Vigilo"]
+        return [window for window in self.sway.windows() if window["name"] == "Vigilo"]
 
     def ppm(self):
         return subprocess.run(
@@ -81,9 +81,3 @@ class SwayEnvironment(Environment):
 
     def system_lock(self):
         return "swaylock, which swayidle starts at logind's request" if self.lockers() == {"swaylock"} else None
-
-
-def _nodes(node):
-    yield node
-    for child in node.get("nodes", []) + node.get("floating_nodes", []):
-        yield from _nodes(child)

@@ -2,6 +2,7 @@
 
 #include "platform/qt/ContentView.h"
 #include "platform/qt/QtWindows.h"
+#include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/frame/AlertModel.h"
 
 #include <algorithm>
@@ -42,8 +43,7 @@ void QtAlerts::show(const Warning& warning) {
         windows_.makePanel(QStringLiteral("Vigilo"), Qt::Dialog, "Frame/AlertPanel", &model);
     // Modal to the window it came from only: a lock screen must never wait for it.
     const QPointer<QWindow> parent = QGuiApplication::focusWindow();
-    const bool isFromOrdinaryWindow =
-        parent && !parent->flags().testFlag(Qt::BypassWindowManagerHint);
+    const bool isFromOrdinaryWindow = parent && !isCover(parent);
     if (isFromOrdinaryWindow) {
         panel->setTransientParent(parent);
         panel->setModality(Qt::WindowModal);

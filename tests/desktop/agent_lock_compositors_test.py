@@ -8,12 +8,13 @@ import re
 import socket
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from harness.actions import perform
+from harness.actions import ID, perform
 from harness.applies import applies_where
 from harness.compositors import HEIGHT, SIDE_BY_SIDE, WIDTH, GnomeShell, KWin, Mutter, Place, Weston
 from harness.pictures import DESKTOP, has_colour
@@ -23,6 +24,7 @@ COMPOSITOR = {"kwin": KWin, "mutter": Mutter, "gnome_shell": GnomeShell, "weston
 VIGILO, OTHER, KEYBOARD, OUTPUTS = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
 # The edges of a cover are somewhere between these, the desktops below are not: magenta, blue, or nothing at all.
 DARKEST, LIGHTEST = (1, 1, 1), (0x20, 0x20, 0x40)
+PANEL_BUTTON = b"\x0a\x6f\xe0"
 # What becomes of the two outputs, each time from what was before.
 ARRANGEMENTS = {
     "the second goes": [Place(0, 0, 0)],
@@ -233,8 +235,8 @@ class FullScreenWindows(AgentLock):
     """All that is left on Weston, and on the others without an X server. Windows that come later
     show for a moment."""
 
-    def lock(self):
-        super().lock(**({} if COMPOSITOR is Weston else {"DISPLAY": None}))
+    def lock(self, **changes):
+        super().lock(**(changes if COMPOSITOR is Weston else changes | {"DISPLAY": None}))
 
     def stays_covered(self):
         deadline = time.monotonic() + 1.5
@@ -280,6 +282,17 @@ class FullScreenWindows(AgentLock):
         wait_until(self.is_covered, "the covers")
         time.sleep(1)
         self.expect_the_keyboard()
+
+    def test_a_warning_of_the_programs_own_leaves_them_the_keyboard(self):
+        with tempfile.TemporaryDirectory() as config:
+            # So that the start at login cannot be switched.
+            os.makedirs(os.path.join(config, "autostart/%s.desktop" % ID))
+            self.lock(XDG_CONFIG_HOME=config)
+            self.assertTrue(self.acts("toggleLaunchAtLogin"))
+            time.sleep(1)
+            wait_until(self.stays_covered, "covers that stay")
+            self.expect_the_keyboard()
+        wait_until(lambda: has_colour(self.compositor.pixels(), PANEL_BUTTON), "the warning's button")
 
 
 # GNOME's shell does as its compositor alone, which starts sooner. Weston's outputs stay as they are.

@@ -5,11 +5,18 @@
 #include "platform/qt/covers/X11Placement.h"
 
 #include <QGuiApplication>
+#include <QQuickView>
+#include <QVariant>
 #include <QWindow>
 
 namespace vigilo::platform {
 
+namespace {
+constexpr const char* coverProperty = "isCover";
+} // namespace
+
 std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen) {
+    markAsCover(view);
     if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         return std::make_unique<X11Placement>(view, screen);
     }
@@ -19,9 +26,12 @@ std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& sc
     return std::make_unique<FullScreenPlacement>(view, screen);
 }
 
+void markAsCover(QWindow& window) {
+    window.setProperty(coverProperty, true);
+}
+
 bool isCover(const QWindow* window) {
-    return window != nullptr && window->isVisible() &&
-           window->flags().testAnyFlags(Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
+    return window != nullptr && window->isVisible() && window->property(coverProperty).toBool();
 }
 
 } // namespace vigilo::platform

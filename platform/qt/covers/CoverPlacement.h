@@ -23,7 +23,10 @@ public:
 /// The placement that fits; the view, not shown yet, and the screen outlive it.
 std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen);
 
-/// Whether the window is one that was placed as a cover; none is no cover.
+/// Says of a window that it covers a display, or is the ground of one that does.
+void markAsCover(QWindow& window);
+
+/// Whether the window is shown and marked so; none is no cover.
 bool isCover(const QWindow* window);
 
 } // namespace vigilo::platform

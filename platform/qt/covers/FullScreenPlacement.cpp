@@ -51,6 +51,7 @@ class Ground : public QRasterWindow {
 public:
     Ground(const QQuickView& cover, std::function<void()> onShown)
         : colour_(cover.color()), onShown_(std::move(onShown)) {
+        markAsCover(*this);
         setFlags(coverFlags);
         setScreen(cover.screen());
         setGeometry(cover.screen()->geometry());

@@ -23,6 +23,7 @@ QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen
 
 void QtCover::orderFrontRegardless() {
     if (placement_) {
+        barrier_ = InputBarrier::raise();
         placement_->show();
         // The bare grounds of all covers come first: what matters is that nothing is seen.
         QMetaObject::invokeMethod(
@@ -39,6 +40,7 @@ void QtCover::makeKey() {
 void QtCover::close() {
     placement_.reset();
     view_.destroy();
+    barrier_.reset();
     QTimer::singleShot(loanAfterEnd, qGuiApp, [loan = std::move(descriptors_)] {});
 }
 

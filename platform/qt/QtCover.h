@@ -4,6 +4,7 @@
 #include "platform/linux/DescriptorReserve.h"
 #include "platform/qt/ContentView.h"
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/InputBarrier.h"
 
 #include <memory>
 #include <string>
@@ -29,6 +30,7 @@ private:
     QObject* model_;
     ContentView view_;
     std::unique_ptr<CoverPlacement> placement_;
+    std::shared_ptr<InputBarrier> barrier_; ///< while it is shown
 };
 
 } // namespace vigilo::platform

@@ -20,7 +20,7 @@ from harness.applies import applies_where
 from harness.buses import SessionBus
 from harness.display import windows_named
 from harness.owner import PASSWORD, Owner
-from harness.pictures import DESKTOP, has_colour
+from harness.pictures import DESKTOP, brightness, has_colour
 from harness.processes import Processes, end, environment, wait_until
 from harness.xorg import DummyXorg
 
@@ -148,8 +148,8 @@ class AgentLock(unittest.TestCase):
         wait_until(lambda: not windows(), "the window to close")
 
     @contextmanager
-    def keys_all_the_while(self):
-        typing = self.processes.start(["xdotool", "type", "--delay", "10", 300 * "a"], env=self.variables)
+    def keys_all_the_while(self, *keys):
+        typing = self.processes.start(["xdotool", "key", "--delay", "10", *(keys * 300)], env=self.variables)
         yield
         typing.wait()
         self.display.key("Escape")
@@ -195,7 +195,7 @@ class AgentLock(unittest.TestCase):
     def test_windows_that_come_later_on_an_empty_desktop(self):
         end(self.desktop)
         self.close_windows()
-        with self.keys_all_the_while():
+        with self.keys_all_the_while("a"):
             for kind in ("unmanaged", "returning", "insistent"):
                 with self.subTest(kind=kind):
                     self.show_above(kind)
@@ -225,6 +225,32 @@ class AgentLock(unittest.TestCase):
                 self.assert_covered()
         # Some keys were typed, too.
         self.display.key("Escape")
+
+    def test_somebody_activates_the_window_below(self):
+        """Some window managers give it the keyboard then, and the toolkit believes that it has it. In it a space or
+        the key of the menu ends the session, and the lock with it."""
+        self.display.settle()
+        light = brightness(self.display.picture())
+        (window,) = windows_named(self.display.name, "Vigilo")
+        (root,) = re.findall("(0x[0-9a-f]+) \\(the root", self.run_quietly("xwininfo", "-root").stdout)
+        with self.keys_all_the_while("space", "ctrl+k"):
+            for _ in range(30):
+                self.run_quietly("wmctrl", "-i", "-a", window)
+                time.sleep(0.1)
+                # The toolkit takes a while to believe that its window has lost it again.
+                self.run_quietly("wmctrl", "-i", "-a", window)
+                self.run_quietly("xdotool", "windowfocus", root)
+                time.sleep(0.05)
+        self.assert_covered()
+
+        def is_prompt_left():
+            self.display.key("Escape")
+            return brightness(self.display.picture()) > 0.9 * light
+
+        # What the window manager has yet to deal with may take the keyboard once more.
+        for _ in range(2):
+            wait_until(is_prompt_left, "the prompt to go")
+            time.sleep(1)
 
     def test_requests_to_close_it(self):
         self.assertEqual(self.run_quietly(HOSTILE, "close").stdout, "%d\n" % len(self.displays()))
@@ -275,7 +301,7 @@ class AgentLock(unittest.TestCase):
     @applies_where(COMMAND)
     def test_the_window_manager_ends_and_starts_again(self):
         self.show_above("above")
-        with self.keys_all_the_while():
+        with self.keys_all_the_while("a"):
             end(self.manager)
             self.assert_covered()
             self.start_window_manager()

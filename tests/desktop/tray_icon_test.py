@@ -10,10 +10,11 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
+from harness.actions import perform
 from harness.focus import focused_window
 from harness.panel_test import PanelTest
 from harness.panels import Watcher
-from harness.pictures import Picture
+from harness.pictures import Picture, brightness
 from harness.processes import end, wait_until
 
 
@@ -106,6 +107,26 @@ class WithTrayer(PanelTest):
             check=True, env=os.environ | {"DISPLAY": self.display.name},
         )
         wait_until(lambda: len(self.windows()) == 1, "the menu to close")
+
+    def test_a_lock_that_comes_closes_the_menu_and_has_the_pointer(self):
+        self.start_trayer()
+        self.start()
+        wait_until(self.icon, "the icon")
+        self.display.settle()
+        self.press(3)
+        wait_until(lambda: len(self.windows()) == 2, "the menu")
+        perform(self.bus, "agentLock")
+        wait_until(lambda: len(self.windows()) == 1, "the menu to close")
+        self.display.settle()
+        light = brightness(self.display.picture())
+        # Somewhere in the middle is the button that opens the prompt, which makes all around it darker.
+        places = iter(range(0, 800, 20))
+
+        def is_prompt_open():
+            self.display.click_at(640, next(places))
+            return brightness(self.display.picture()) < 0.7 * light
+
+        wait_until(is_prompt_open, "the prompt")
 
     def test_it_is_there_with_every_tray_that_comes(self):
         self.start()

@@ -17,6 +17,11 @@ def has_colour(pixels, colour):
     return start >= 0
 
 
+def brightness(picture):
+    """The mean of all that a PPM has in it, from 0 to 255. A prompt makes the lock around it much darker."""
+    return sum(picture) / len(picture)
+
+
 def ppm(path):
     """A picture of any kind, as a PPM."""
     return subprocess.run(

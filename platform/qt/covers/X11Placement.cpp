@@ -3,8 +3,11 @@
 #include "platform/Fatal.h"
 #include "platform/qt/XcbReply.h"
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include <QGuiApplication>
@@ -22,6 +25,8 @@ using namespace std::chrono_literals;
 // Two programs that both want to be on top must not keep the machine busy.
 constexpr auto raisePause = 10ms;
 constexpr auto grabPause = 100ms;
+
+constexpr std::size_t eventSize = 32; // of every event of the core protocol, in bytes
 
 xcb_connection_t* connection() {
     const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -229,6 +234,7 @@ bool X11Placement::hasFocus() const {
 void X11Placement::grabKeyboard() {
     // No window manager gives the focus to a window that it does not manage.
     xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
+    const auto focusRequest = xcb_get_input_focus(connection());
     // Everything comes to this window, even when the focus is given to another one of ours.
     constexpr std::uint8_t ownerEvents = 0;
     const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
@@ -236,9 +242,29 @@ void X11Placement::grabKeyboard() {
         xcb_grab_keyboard(connection(), ownerEvents, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
                           XCB_GRAB_MODE_ASYNC),
         nullptr));
+    const XcbReply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection(), focusRequest, nullptr));
+    if (focus && focus->focus == window_ && QGuiApplication::focusWindow() != &view_) {
+        tellToolkit();
+    }
     if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) {
         grabTimer_.start(grabPause);
     }
+}
+
+/// Sends the news that the server does not when the focus was here all the time. The toolkit takes
+/// it to be elsewhere when another program asks the window manager to activate a window of ours.
+void X11Placement::tellToolkit() {
+    const xcb_focus_in_event_t news{.response_type = XCB_FOCUS_IN,
+                                    .detail = XCB_NOTIFY_DETAIL_NONLINEAR,
+                                    .sequence = 0,
+                                    .event = window_,
+                                    .mode = XCB_NOTIFY_MODE_NORMAL,
+                                    .pad0 = {}};
+    std::array<char, eventSize> event{};
+    std::memcpy(event.data(), &news, sizeof news);
+    xcb_send_event(connection(), 0, window_, XCB_EVENT_MASK_NO_EVENT, event.data());
+    xcb_flush(connection());
 }
 
 } // namespace vigilo::platform

@@ -37,6 +37,7 @@ private:
     void putOnTop();
     void putUpAnew();
     void grabKeyboard();
+    void tellToolkit();
     bool hasFocus() const;
 
     QQuickView& view_;

@@ -149,7 +149,7 @@ class AgentLock(unittest.TestCase):
 
     @contextmanager
     def keys_all_the_while(self, *keys):
-        typing = self.processes.start(["xdotool", "key", "--delay", "10", *(keys * 300)], env=self.variables)
+        typing = self.processes.start(["xdotool", "key", "--delay", "10", *(keys * (300 // len(keys)))], env=self.variables)
         yield
         typing.wait()
         self.display.key("Escape")

@@ -94,13 +94,16 @@ class WithTrayer(PanelTest):
         )
         wait_until(lambda: self.shades()[1] < 200, "the dark lines that the tray asks for")
 
-    def test_a_press_beside_the_menu_closes_it(self):
+    def start_with_menu_open(self):
         self.start_trayer()
         self.start()
         wait_until(self.icon, "the icon")
         self.display.settle()
         self.press(3)
         wait_until(lambda: len(self.windows()) == 2, "the menu")
+
+    def test_a_press_beside_the_menu_closes_it(self):
+        self.start_with_menu_open()
         self.display.settle()
         subprocess.run(
             ["xdotool", "mousemove", "1200", "750", "click", "1"],
@@ -109,12 +112,7 @@ class WithTrayer(PanelTest):
         wait_until(lambda: len(self.windows()) == 1, "the menu to close")
 
     def test_a_lock_that_comes_closes_the_menu_and_has_the_pointer(self):
-        self.start_trayer()
-        self.start()
-        wait_until(self.icon, "the icon")
-        self.display.settle()
-        self.press(3)
-        wait_until(lambda: len(self.windows()) == 2, "the menu")
+        self.start_with_menu_open()
         perform(self.bus, "agentLock")
         wait_until(lambda: len(self.windows()) == 1, "the menu to close")
         self.display.settle()

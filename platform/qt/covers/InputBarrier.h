@@ -7,9 +7,9 @@
 namespace vigilo::platform {
 
 /// Keeps keys, buttons and touches from our own windows below the covers: nobody sees what they
-/// would do there: end the session, say. One of those windows has the focus for a moment when the
-/// desktop gives it, and for the toolkit already when another program asks for it. A menu of ours
-/// that is open is closed: it would keep the pointer to itself. Main thread.
+/// would do there, such as end the session. One of those windows has the focus for a moment when
+/// the desktop gives it, and for the toolkit already when another program asks for it. A menu of
+/// ours that is open is closed: it would keep the pointer to itself. Main thread.
 class InputBarrier : public QObject {
 public:
     /// The one that is in use already, or else a new one. It goes with the last cover that has it.

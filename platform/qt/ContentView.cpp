@@ -1,8 +1,11 @@
 #include "platform/qt/ContentView.h"
 
 #include "platform/Fatal.h"
+#include "platform/qt/covers/Leaving.h"
+#include "platform/qt/covers/WaylandGlobals.h"
 #include "platform/qt/prompt/PasswordField.h"
 
+#include <chrono>
 #include <utility>
 
 #include <QEvent>
@@ -14,6 +17,12 @@
 
 namespace vigilo::platform {
 
+namespace {
+using namespace std::chrono_literals;
+// A compositor need not show a window, nor tell of it.
+constexpr auto longestHiding = 500ms;
+} // namespace
+
 ContentView::ContentView(QQmlEngine& engine, const Colour& background,
                          std::function<void()> onCloseRequested)
     : QQuickView(&engine, nullptr), onCloseRequested_(std::move(onCloseRequested)) {
@@ -21,6 +30,9 @@ ContentView::ContentView(QQmlEngine& engine, const Colour& background,
         static_cast<float>(background.red), static_cast<float>(background.green),
         static_cast<float>(background.blue), static_cast<float>(background.alpha)));
     setResizeMode(QQuickView::SizeRootObjectToView);
+    hideTimer_.setSingleShot(true);
+    hideTimer_.setInterval(longestHiding);
+    hideTimer_.callOnTimeout(this, &ContentView::endHiding);
 }
 
 void ContentView::load(const std::string& content, QObject* model) {
@@ -29,6 +41,13 @@ void ContentView::load(const std::string& content, QObject* model) {
         QUrl(QStringLiteral("qrc:/qt/qml/Vigilo/%1.qml").arg(QString::fromStdString(content))));
     if (status() != QQuickView::Ready) {
         fatal("the content of a window cannot be made: " + content);
+    }
+}
+
+void ContentView::unload() {
+    setSource({});
+    while (!contentItem()->childItems().isEmpty()) {
+        delete contentItem()->childItems().constFirst();
     }
 }
 
@@ -42,6 +61,7 @@ void ContentView::fitToContent() {
 }
 
 void ContentView::showInFront() {
+    stayShown();
     if (!isVisible()) {
         setPosition(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);
     }
@@ -50,14 +70,39 @@ void ContentView::showInFront() {
     requestActivate();
 }
 
+void ContentView::hideSoon() {
+    if (waylandDisplay() == nullptr || !isVisible()) {
+        hide();
+    } else if (!hideTimer_.isActive()) {
+        markAsLeaving(*this, true);
+        hideTimer_.start();
+        // Comes when no picture is on its way any more.
+        requestUpdate();
+    }
+}
+
+void ContentView::stayShown() {
+    hideTimer_.stop();
+    markAsLeaving(*this, false);
+}
+
+void ContentView::endHiding() {
+    stayShown();
+    hide();
+}
+
 bool ContentView::event(QEvent* event) {
     if (event->type() == QEvent::Close) {
         event->ignore();
         if (onCloseRequested_) {
             onCloseRequested_();
         } else {
-            hide();
+            hideSoon();
         }
+        return true;
+    }
+    if (event->type() == QEvent::UpdateRequest && hideTimer_.isActive()) {
+        endHiding();
         return true;
     }
     return QQuickView::event(event);

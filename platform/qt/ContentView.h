@@ -6,6 +6,7 @@
 #include <string>
 
 #include <QQuickView>
+#include <QTimer>
 
 namespace vigilo::platform {
 
@@ -20,11 +21,21 @@ public:
     /// made stops the process.
     void load(const std::string& content, QObject* model);
 
+    /// Destroys all that it shows, for good.
+    void unload();
+
     /// Takes the size that its content wants, as far as there is room on its display.
     void fitToContent();
 
     /// Shows it, in the middle of its display if it is hidden, and asks for the keyboard.
     void showInFront();
+
+    /// Hides it unless it is shown again before: on Wayland when its last picture was shown, for
+    /// the reason that leaveDisplay() gives, or after half a second at most.
+    void hideSoon();
+
+    /// Lets it be shown if it is about to be hidden.
+    void stayShown();
 
 protected:
     bool event(QEvent* event) override;
@@ -34,7 +45,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void endHiding();
+
     std::function<void()> onCloseRequested_;
+    QTimer hideTimer_; ///< runs while it is about to be hidden
 };
 
 } // namespace vigilo::platform

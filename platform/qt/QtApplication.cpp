@@ -3,6 +3,7 @@
 #include "platform/qt/ContentView.h"
 #include "platform/qt/QtWindows.h"
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/Leaving.h"
 
 #include <algorithm>
 
@@ -27,7 +28,9 @@ QtApplication::QtApplication(QtWindows& windows)
     qGuiApp->installEventFilter(this);
 }
 
-QtApplication::~QtApplication() = default;
+QtApplication::~QtApplication() {
+    windows_.discard(std::move(aboutPanel_));
+}
 
 void QtApplication::loadIcon() {
     QIcon icon;
@@ -45,7 +48,7 @@ void QtApplication::activateIgnoringOtherApps() {
         return; // already in front of everything, and nothing may come before it
     }
     for (QWindow* window : windows) {
-        if (window->isVisible()) {
+        if (isOnDisplay(*window)) {
             window->raise();
             window->requestActivate();
         }
@@ -55,7 +58,7 @@ void QtApplication::activateIgnoringOtherApps() {
 bool QtApplication::hasVisibleWindows() const {
     const QWindowList windows = QGuiApplication::topLevelWindows();
     return std::any_of(windows.begin(), windows.end(), [](const QWindow* window) {
-        return window->isVisible() && window->windowState() != Qt::WindowMinimized;
+        return isOnDisplay(*window) && window->windowState() != Qt::WindowMinimized;
     });
 }
 

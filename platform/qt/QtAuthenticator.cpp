@@ -2,6 +2,7 @@
 
 #include "platform/Fatal.h"
 #include "platform/qt/covers/CoverPlacement.h"
+#include "platform/qt/covers/Leaving.h"
 #include "platform/qt/prompt/UnlockPromptModel.h"
 
 #include <utility>
@@ -18,7 +19,8 @@ namespace vigilo::platform {
 
 namespace {
 
-/// The cover with the keyboard, else the first one; without any, the window with the keyboard.
+/// The cover with the keyboard, else the first one; without any, the window with the keyboard, if
+/// it stays.
 QQuickView* host() {
     auto* const focused = qobject_cast<QQuickView*>(QGuiApplication::focusWindow());
     if (isCover(focused)) {
@@ -30,7 +32,7 @@ QQuickView* host() {
             return view;
         }
     }
-    return focused;
+    return focused != nullptr && isOnDisplay(*focused) ? focused : nullptr;
 }
 
 } // namespace

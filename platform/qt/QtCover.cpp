@@ -1,24 +1,22 @@
 #include "platform/qt/QtCover.h"
 
-#include <chrono>
-#include <utility>
+#include "platform/qt/covers/Leaving.h"
 
-#include <QGuiApplication>
-#include <QTimer>
+#include <utility>
 
 namespace vigilo::platform {
 
-namespace {
-using namespace std::chrono_literals;
-// By then the windows below are drawn anew, for which they may need descriptors, too.
-constexpr auto loanAfterEnd = 500ms;
-} // namespace
-
 QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen,
-                 DescriptorReserve::Loan descriptors)
+                 DescriptorReserve::Loan descriptors, LeavingWindows& leaving)
     : descriptors_(std::move(descriptors)), content_(coverSpec.content), model_(coverSpec.model),
-      view_(engine, coverSpec.background, [] {}), placement_(makeCoverPlacement(view_, screen)) {
-    view_.setTitle(QString::fromStdString(coverSpec.title));
+      leaving_(leaving), view_(std::make_unique<ContentView>(engine, coverSpec.background, [] {})),
+      placement_(makeCoverPlacement(*view_, screen)) {
+    view_->setTitle(QString::fromStdString(coverSpec.title));
+}
+
+QtCover::~QtCover() {
+    QtCover::close();
+    leaving_.take(std::move(view_), std::move(descriptors_));
 }
 
 void QtCover::orderFrontRegardless() {
@@ -27,7 +25,13 @@ void QtCover::orderFrontRegardless() {
         placement_->show();
         // The bare grounds of all covers come first: what matters is that nothing is seen.
         QMetaObject::invokeMethod(
-            &view_, [this] { view_.load(content_, model_); }, Qt::QueuedConnection);
+            &loading_,
+            [this] {
+                if (placement_) {
+                    view_->load(content_, model_);
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 
@@ -38,10 +42,11 @@ void QtCover::makeKey() {
 }
 
 void QtCover::close() {
-    placement_.reset();
-    view_.destroy();
-    barrier_.reset();
-    QTimer::singleShot(loanAfterEnd, qGuiApp, [loan = std::move(descriptors_)] {});
+    if (placement_) {
+        placement_.reset();
+        leaveDisplay(*view_);
+        barrier_.reset();
+    }
 }
 
 } // namespace vigilo::platform

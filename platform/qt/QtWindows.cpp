@@ -4,6 +4,7 @@
 #include "platform/qt/ContentView.h"
 #include "platform/qt/QtCover.h"
 #include "platform/qt/QtScreens.h"
+#include "platform/qt/covers/Leaving.h"
 #include "platform/qt/frame/MenuModel.h"
 
 #include <cstddef>
@@ -42,13 +43,17 @@ QSize fitting(const QSize& size, const QScreen& screen) {
 /// start: the status item need not wait for it.
 class QtWindow : public Window {
 public:
-    QtWindow(std::function<std::unique_ptr<QQuickView>()> makeView, const QSize& size)
-        : makeView_(std::move(makeView)), size_(size) {}
+    QtWindow(QtWindows& windows, std::function<std::unique_ptr<ContentView>()> makeView,
+             const QSize& size)
+        : windows_(windows), makeView_(std::move(makeView)), size_(size) {}
+
+    ~QtWindow() override { windows_.discard(std::move(view_)); }
 
     void makeKeyAndOrderFront() override {
         if (!view_) {
             view_ = makeView_();
         }
+        view_->stayShown();
         if (!view_->isVisible()) {
             fit();
             const QRect available = view_->screen()->availableGeometry();
@@ -65,12 +70,12 @@ public:
 
     void close() override {
         if (view_) {
-            view_->hide();
+            view_->hideSoon();
         }
     }
 
     bool isVisible() const override {
-        return view_ && view_->isVisible() && view_->windowState() != Qt::WindowMinimized;
+        return view_ && isOnDisplay(*view_) && view_->windowState() != Qt::WindowMinimized;
     }
 
 private:
@@ -81,8 +86,9 @@ private:
         view_->resize(size);
     }
 
-    std::function<std::unique_ptr<QQuickView>()> makeView_;
-    std::unique_ptr<QQuickView> view_;
+    QtWindows& windows_;
+    std::function<std::unique_ptr<ContentView>()> makeView_;
+    std::unique_ptr<ContentView> view_;
     QSize size_; ///< where there is room
     bool wasShown_ = false;
 };
@@ -104,6 +110,7 @@ void QtWindows::setLook(const Look& look) {
 std::unique_ptr<Window> QtWindows::makeWindow(const WindowSpec& windowSpec,
                                               std::function<void()> onCloseRequested) {
     return std::make_unique<QtWindow>(
+        *this,
         [this, windowSpec, onCloseRequested] {
             auto view =
                 std::make_unique<ContentView>(engine_, windowSpec.background, onCloseRequested);
@@ -131,6 +138,13 @@ std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::Wind
     return view;
 }
 
+void QtWindows::discard(std::unique_ptr<ContentView> view) {
+    if (view) {
+        leaveDisplay(*view);
+        leaving_.take(std::move(view), nullptr);
+    }
+}
+
 /// Puts the desktop's part of a window above its content.
 void QtWindows::addFrame(QQuickView& view) {
     QQmlComponent component(&engine_,
@@ -149,7 +163,7 @@ std::unique_ptr<Cover> QtWindows::makeCover(const CoverSpec& coverSpec) {
     // Gone since it was listed; the displays will be covered anew in a moment.
     return std::make_unique<QtCover>(
         engine_, coverSpec, screen != nullptr ? *screen : *QGuiApplication::primaryScreen(),
-        descriptors_.lend());
+        descriptors_.lend(), leaving_);
 }
 
 } // namespace vigilo::platform

@@ -2,6 +2,7 @@
 
 #include "platform/Windows.h"
 #include "platform/linux/DescriptorReserve.h"
+#include "platform/qt/LeavingWindows.h"
 
 #include <future>
 
@@ -38,6 +39,9 @@ public:
     std::unique_ptr<ContentView> makePanel(const QString& title, Qt::WindowFlags flags,
                                            const std::string& content, QObject* model);
 
+    /// Removes one of them, or of those behind the others.
+    void discard(std::unique_ptr<ContentView> view);
+
 private:
     void addFrame(QQuickView& view);
 
@@ -48,6 +52,7 @@ private:
     std::future<void> fontSearch_;
     MenuModel& mainMenu_;
     QQmlEngine engine_;
+    LeavingWindows leaving_;
 };
 
 } // namespace vigilo::platform

@@ -2,6 +2,7 @@
 
 #include "platform/qt/covers/FullScreenPlacement.h"
 #include "platform/qt/covers/LayerShellPlacement.h"
+#include "platform/qt/covers/Leaving.h"
 #include "platform/qt/covers/X11Placement.h"
 
 #include <QGuiApplication>
@@ -31,7 +32,7 @@ void markAsCover(QWindow& window) {
 }
 
 bool isCover(const QWindow* window) {
-    return window != nullptr && window->isVisible() && window->property(coverProperty).toBool();
+    return window != nullptr && isOnDisplay(*window) && window->property(coverProperty).toBool();
 }
 
 } // namespace vigilo::platform

@@ -26,7 +26,7 @@ std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& sc
 /// Says of a window that it covers a display, or is the ground of one that does.
 void markAsCover(QWindow& window);
 
-/// Whether the window is shown and marked so; none is no cover.
+/// Whether the window is on the display and marked so; none is no cover.
 bool isCover(const QWindow* window);
 
 } // namespace vigilo::platform

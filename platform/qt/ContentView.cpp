@@ -73,22 +73,29 @@ void ContentView::showInFront() {
 void ContentView::hideSoon() {
     if (waylandDisplay() == nullptr || !isVisible()) {
         hide();
-    } else if (!hideTimer_.isActive()) {
+    } else if (!lastPicture_) {
         markAsLeaving(*this, true);
+        lastPicture_.emplace(*this);
         hideTimer_.start();
-        // Comes when no picture is on its way any more.
-        requestUpdate();
     }
 }
 
 void ContentView::stayShown() {
-    hideTimer_.stop();
-    markAsLeaving(*this, false);
+    if (lastPicture_) {
+        stopHiding();
+        update(); // for what was not drawn since
+    }
 }
 
 void ContentView::endHiding() {
-    stayShown();
+    stopHiding();
     hide();
+}
+
+void ContentView::stopHiding() {
+    hideTimer_.stop();
+    lastPicture_.reset();
+    markAsLeaving(*this, false);
 }
 
 bool ContentView::event(QEvent* event) {
@@ -101,9 +108,14 @@ bool ContentView::event(QEvent* event) {
         }
         return true;
     }
-    if (event->type() == QEvent::UpdateRequest && hideTimer_.isActive()) {
-        endHiding();
-        return true;
+    if (lastPicture_) {
+        const bool isForIt = event->type() == QEvent::UpdateRequest;
+        if (lastPicture_->wasShownBefore(*event)) {
+            endHiding();
+        }
+        if (isForIt) {
+            return true;
+        }
     }
     return QQuickView::event(event);
 }

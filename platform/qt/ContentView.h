@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/Windows.h"
+#include "platform/qt/covers/Leaving.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include <QQuickView>
@@ -46,9 +48,12 @@ protected:
 
 private:
     void endHiding();
+    void stopHiding();
 
     std::function<void()> onCloseRequested_;
-    QTimer hideTimer_; ///< runs while it is about to be hidden
+    // While it is about to be hidden:
+    std::optional<LastPicture> lastPicture_;
+    QTimer hideTimer_;
 };
 
 } // namespace vigilo::platform

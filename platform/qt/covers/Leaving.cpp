@@ -17,18 +17,17 @@ namespace {
 
 constexpr const char* leavingProperty = "isLeaving";
 
-/// Keeps every event from a window, and hides it when its last picture was shown, which the
-/// request for an update tells that was made since. One that is destroyed has no need of events
-/// either.
+/// Keeps every event from a window, and hides it when its last picture was shown. One that is
+/// destroyed has no need of events either.
 class Silence : public QObject {
 public:
-    explicit Silence(QWindow& window) : QObject(&window), window_(window) {
+    explicit Silence(QWindow& window) : QObject(&window), window_(window), lastPicture_(window) {
         window.installEventFilter(this);
     }
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::UpdateRequest) {
+        if (lastPicture_.wasShownBefore(*event)) {
             window_.hide();
         }
         return true;
@@ -36,6 +35,7 @@ protected:
 
 private:
     QWindow& window_;
+    LastPicture lastPicture_;
 };
 
 /// The toolkit gives a window with this flag no role, nor looks at what becomes of its surface.
@@ -54,6 +54,26 @@ wl_surface* surfaceOf(QWindow& window) {
 
 } // namespace
 
+LastPicture::LastPicture(QWindow& window) : window_(window) {
+    window.requestUpdate();
+}
+
+bool LastPicture::wasShownBefore(const QEvent& event) {
+    if (event.type() == QEvent::Expose) {
+        isConfirmed_ = false; // it may have been drawn for that
+    }
+    if (event.type() != QEvent::UpdateRequest) {
+        return false;
+    }
+    if (isConfirmed_) {
+        return true;
+    }
+    // The first may be late news of the picture before, when the last was not asked for.
+    isConfirmed_ = true;
+    window_.requestUpdate();
+    return false;
+}
+
 void leaveDisplay(QWindow& window) {
     if (surfaceOf(window) == nullptr) {
         window.destroy();
@@ -68,7 +88,6 @@ void leaveDisplay(QWindow& window) {
         unmap(window);
     }
     new Silence(window);
-    window.requestUpdate();
 }
 
 void unmap(QWindow& window) {

@@ -1,8 +1,24 @@
 #pragma once
 
+class QEvent;
 class QWindow;
 
 namespace vigilo::platform {
+
+/// Tells from the events of a window on Wayland when no picture of it is on its way. Main thread.
+class LastPicture {
+public:
+    /// Asks the toolkit for it.
+    explicit LastPicture(QWindow& window);
+
+    /// To be asked about each event, and once only whether it was the one that tells. A request
+    /// for an update is for this alone: nothing is to be drawn then.
+    bool wasShownBefore(const QEvent& event);
+
+private:
+    QWindow& window_;
+    bool isConfirmed_ = false;
+};
 
 /// Takes a window off the display, for good, and keeps every event from it. On Wayland it still
 /// exists for the toolkit then, and whoever owns it keeps it for a moment longer: the toolkit (6.4)

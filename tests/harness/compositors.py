@@ -2,10 +2,12 @@
 which has a module of its own. All look the same to a test."""
 
 import collections
+import contextlib
 import glob
 import os
 import re
 import shutil
+import signal
 import subprocess
 import tempfile
 
@@ -47,6 +49,7 @@ class Compositor:
         self.bus = SessionBus()
         # A shell looks for services there and ends when there is no such bus.
         self.system_bus = SessionBus()
+        self.session = None
         try:
             self.begin()
         except BaseException:
@@ -66,8 +69,10 @@ class Compositor:
         }
         with open(self.log, "w", encoding="utf-8") as log:
             process = self.processes.start(
-                command, env=environment(**(changes | self.variables)), stdout=log, stderr=subprocess.STDOUT
+                command, env=environment(**(changes | self.variables)), stdout=log, stderr=subprocess.STDOUT,
+                start_new_session=True,
             )
+        self.session = process.pid
 
         def text():
             with open(self.log, encoding="utf-8", errors="replace") as file:
@@ -136,6 +141,10 @@ class Compositor:
 
     def stop(self):
         self.processes.stop()
+        # A process that it has forked off does not end with it when that hangs.
+        if self.session is not None:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(self.session, signal.SIGKILL)
         self.system_bus.stop()
         self.bus.stop()
         shutil.rmtree(self.folder, ignore_errors=True)

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <QEvent>
+#include <QExposeEvent>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QScreen>
@@ -19,7 +20,7 @@ namespace vigilo::platform {
 
 namespace {
 using namespace std::chrono_literals;
-// A compositor need not show a window, nor tell of it.
+// Whoever closes a window that is not in sight waits for it.
 constexpr auto longestHiding = 500ms;
 } // namespace
 
@@ -30,9 +31,6 @@ ContentView::ContentView(QQmlEngine& engine, const Colour& background,
         static_cast<float>(background.red), static_cast<float>(background.green),
         static_cast<float>(background.blue), static_cast<float>(background.alpha)));
     setResizeMode(QQuickView::SizeRootObjectToView);
-    hideTimer_.setSingleShot(true);
-    hideTimer_.setInterval(longestHiding);
-    hideTimer_.callOnTimeout(this, &ContentView::endHiding);
 }
 
 void ContentView::load(const std::string& content, QObject* model) {
@@ -75,25 +73,23 @@ void ContentView::hideSoon() {
         hide();
     } else if (!lastPicture_) {
         markAsLeaving(*this, true);
-        lastPicture_.emplace(*this);
-        hideTimer_.start();
+        lastPicture_ = std::make_unique<LastPicture>(*this, longestHiding, [this] {
+            stopHiding();
+            hide();
+        });
     }
 }
 
 void ContentView::stayShown() {
     if (lastPicture_) {
         stopHiding();
-        update(); // for what was not drawn since
+        // What was not drawn since; a request for an update may still count as made.
+        QExposeEvent event(QRect(QPoint(), size()));
+        exposeEvent(&event);
     }
 }
 
-void ContentView::endHiding() {
-    stopHiding();
-    hide();
-}
-
 void ContentView::stopHiding() {
-    hideTimer_.stop();
     lastPicture_.reset();
     markAsLeaving(*this, false);
 }
@@ -107,15 +103,6 @@ bool ContentView::event(QEvent* event) {
             hideSoon();
         }
         return true;
-    }
-    if (lastPicture_) {
-        const bool isForIt = event->type() == QEvent::UpdateRequest;
-        if (lastPicture_->wasShownBefore(*event)) {
-            endHiding();
-        }
-        if (isForIt) {
-            return true;
-        }
     }
     return QQuickView::event(event);
 }

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "platform/Windows.h"
-#include "platform/qt/covers/Leaving.h"
+#include "platform/qt/covers/LastPicture.h"
 
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 
 #include <QQuickView>
-#include <QTimer>
 
 namespace vigilo::platform {
 
@@ -33,7 +32,7 @@ public:
     void showInFront();
 
     /// Hides it unless it is shown again before: on Wayland when its last picture was shown, for
-    /// the reason that leaveDisplay() gives, or after half a second at most.
+    /// the reason that leaveDisplay() gives.
     void hideSoon();
 
     /// Lets it be shown if it is about to be hidden.
@@ -47,13 +46,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void endHiding();
     void stopHiding();
 
     std::function<void()> onCloseRequested_;
-    // While it is about to be hidden:
-    std::optional<LastPicture> lastPicture_;
-    QTimer hideTimer_;
+    std::unique_ptr<LastPicture> lastPicture_; ///< while it is about to be hidden
 };
 
 } // namespace vigilo::platform

@@ -16,6 +16,7 @@ QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen
 
 QtCover::~QtCover() {
     QtCover::close();
+    view_->unload();
     leaving_.take(std::move(view_), std::move(descriptors_));
 }
 

@@ -3,9 +3,9 @@
 #include "platform/Windows.h"
 #include "platform/linux/DescriptorReserve.h"
 #include "platform/qt/ContentView.h"
-#include "platform/qt/LeavingWindows.h"
 #include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/covers/InputBarrier.h"
+#include "platform/qt/covers/LeavingWindows.h"
 
 #include <memory>
 #include <string>

@@ -141,7 +141,8 @@ std::unique_ptr<ContentView> QtWindows::makePanel(const QString& title, Qt::Wind
 void QtWindows::discard(std::unique_ptr<ContentView> view) {
     if (view) {
         leaveDisplay(*view);
-        leaving_.take(std::move(view), nullptr);
+        view->unload();
+        leaving_.take(std::move(view));
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "platform/Windows.h"
 #include "platform/linux/DescriptorReserve.h"
-#include "platform/qt/LeavingWindows.h"
+#include "platform/qt/covers/LeavingWindows.h"
 
 #include <future>
 

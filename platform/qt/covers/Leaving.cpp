@@ -1,8 +1,10 @@
 #include "platform/qt/covers/Leaving.h"
 
+#include "platform/qt/covers/LastPicture.h"
 #include "platform/qt/covers/WaylandGlobals.h"
 
-#include <QEvent>
+#include <chrono>
+
 #include <QGuiApplication>
 #include <QVariant>
 #include <QWindow>
@@ -15,27 +17,22 @@ namespace vigilo::platform {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr const char* leavingProperty = "isLeaving";
 
-/// Keeps every event from a window, and hides it when its last picture was shown. One that is
-/// destroyed has no need of events either.
+// A busy compositor may need a second for a picture.
+constexpr auto longest = 2s;
+// It need not show what is no longer there; the window is about to be destroyed then.
+constexpr auto longestUnmapped = 400ms;
+
+/// Keeps every event from a window. One that is destroyed has no need of them either.
 class Silence : public QObject {
 public:
-    explicit Silence(QWindow& window) : QObject(&window), window_(window), lastPicture_(window) {
-        window.installEventFilter(this);
-    }
+    explicit Silence(QWindow& window) : QObject(&window) { window.installEventFilter(this); }
 
 protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (lastPicture_.wasShownBefore(*event)) {
-            window_.hide();
-        }
-        return true;
-    }
-
-private:
-    QWindow& window_;
-    LastPicture lastPicture_;
+    bool eventFilter(QObject*, QEvent*) override { return true; }
 };
 
 /// The toolkit gives a window with this flag no role, nor looks at what becomes of its surface.
@@ -54,26 +51,6 @@ wl_surface* surfaceOf(QWindow& window) {
 
 } // namespace
 
-LastPicture::LastPicture(QWindow& window) : window_(window) {
-    window.requestUpdate();
-}
-
-bool LastPicture::wasShownBefore(const QEvent& event) {
-    if (event.type() == QEvent::Expose) {
-        isConfirmed_ = false; // it may have been drawn for that
-    }
-    if (event.type() != QEvent::UpdateRequest) {
-        return false;
-    }
-    if (isConfirmed_) {
-        return true;
-    }
-    // The first may be late news of the picture before, when the last was not asked for.
-    isConfirmed_ = true;
-    window_.requestUpdate();
-    return false;
-}
-
 void leaveDisplay(QWindow& window) {
     if (surfaceOf(window) == nullptr) {
         window.destroy();
@@ -88,6 +65,9 @@ void leaveDisplay(QWindow& window) {
         unmap(window);
     }
     new Silence(window);
+    // After that: what comes last hears first.
+    new LastPicture(
+        window, hasRole(window) ? longest : longestUnmapped, [&window] { window.hide(); }, &window);
 }
 
 void unmap(QWindow& window) {

@@ -1,30 +1,14 @@
 #pragma once
 
-class QEvent;
 class QWindow;
 
 namespace vigilo::platform {
-
-/// Tells from the events of a window on Wayland when no picture of it is on its way. Main thread.
-class LastPicture {
-public:
-    /// Asks the toolkit for it.
-    explicit LastPicture(QWindow& window);
-
-    /// To be asked about each event, and once only whether it was the one that tells. A request
-    /// for an update is for this alone: nothing is to be drawn then.
-    bool wasShownBefore(const QEvent& event);
-
-private:
-    QWindow& window_;
-    bool isConfirmed_ = false;
-};
 
 /// Takes a window off the display, for good, and keeps every event from it. On Wayland it still
 /// exists for the toolkit then, and whoever owns it keeps it for a moment longer: the toolkit (6.4)
 /// hears on a thread of its own that a picture was shown, and uses the window without looking
 /// whether that is just being hidden or destroyed. A window with a role of the toolkit's goes when
-/// its last picture was shown, any other at once. Main thread.
+/// its last picture was shown, or after two seconds, any other at once. Main thread.
 void leaveDisplay(QWindow& window);
 
 /// Has one that is leaving gone at once. Only when no event is handled any more: a compositor may

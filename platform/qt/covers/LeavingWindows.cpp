@@ -1,9 +1,9 @@
-#include "platform/qt/LeavingWindows.h"
+#include "platform/qt/covers/LeavingWindows.h"
 
-#include "platform/qt/ContentView.h"
 #include "platform/qt/covers/Leaving.h"
 
 #include <chrono>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -33,13 +33,22 @@ LeavingWindows::~LeavingWindows() {
     }
 }
 
-void LeavingWindows::take(std::unique_ptr<ContentView> window, std::shared_ptr<void> held) {
-    window->unload();
+void LeavingWindows::take(std::unique_ptr<QWindow> window, std::shared_ptr<void> held) {
     if (window->handle() == nullptr) {
         window.reset(); // the toolkit has nothing that it could use
     }
     windows_.push_back({.held = std::move(held), .window = std::move(window)});
-    QTimer::singleShot(delay, this, [this] { windows_.pop_front(); });
+    destroySoon(std::prev(windows_.end()));
+}
+
+void LeavingWindows::destroySoon(std::list<Leaving>::iterator leaving) {
+    QTimer::singleShot(delay, this, [this, leaving] {
+        if (leaving->window && leaving->window->isVisible()) {
+            destroySoon(leaving); // its last picture is still on its way
+        } else {
+            windows_.erase(leaving);
+        }
+    });
 }
 
 } // namespace vigilo::platform

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <deque>
+#include <list>
 #include <memory>
 
 #include <QObject>
+#include <QWindow>
 
 namespace vigilo::platform {
-
-class ContentView;
 
 /// Destroys windows that have left the display when the toolkit is done with them, see
 /// leaveDisplay(). Main thread.
@@ -18,16 +17,18 @@ public:
     /// Gives the toolkit a moment for those that left last.
     ~LeavingWindows() override;
 
-    /// Destroys the content of the window now, the window and what is held for it in a moment.
-    void take(std::unique_ptr<ContentView> window, std::shared_ptr<void> held);
+    /// Destroys a window without content and what is held for it, if anything, in a moment.
+    void take(std::unique_ptr<QWindow> window, std::shared_ptr<void> held = nullptr);
 
 private:
     struct Leaving {
         std::shared_ptr<void> held; ///< lives longer than the window
-        std::unique_ptr<ContentView> window;
+        std::unique_ptr<QWindow> window;
     };
 
-    std::deque<Leaving> windows_; ///< in the order in which they came
+    void destroySoon(std::list<Leaving>::iterator leaving);
+
+    std::list<Leaving> windows_;
 };
 
 } // namespace vigilo::platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+#include <QObject>
+#include <QTimer>
+
+class QWindow;
+
+namespace vigilo::platform {
+
+/// Waits until no picture of a window is on its way to the display, on Wayland, where the toolkit
+/// keeps requests for an update back until then. The window draws nothing meanwhile, nor hears that
+/// it has to. Main thread.
+class LastPicture : public QObject {
+public:
+    /// `then` is called once, unless this is destroyed before; it may destroy this. It is not
+    /// waited for longer than `limit`: a compositor need not show a window.
+    LastPicture(QWindow& window, std::chrono::milliseconds limit, std::function<void()> then,
+                QObject* parent = nullptr);
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override;
+
+private:
+    void end();
+
+    QWindow& window_;
+    std::function<void()> then_;
+    QTimer timer_;
+    bool isExposed_;
+    bool cameOnce_ = false;
+};
+
+} // namespace vigilo::platform

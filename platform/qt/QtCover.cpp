@@ -10,7 +10,7 @@ QtCover::QtCover(QQmlEngine& engine, const CoverSpec& coverSpec, QScreen& screen
                  DescriptorReserve::Loan descriptors, LeavingWindows& leaving)
     : descriptors_(std::move(descriptors)), content_(coverSpec.content), model_(coverSpec.model),
       leaving_(leaving), view_(std::make_unique<ContentView>(engine, coverSpec.background, [] {})),
-      placement_(makeCoverPlacement(*view_, screen)) {
+      placement_(makeCoverPlacement(*view_, screen, leaving)) {
     view_->setTitle(QString::fromStdString(coverSpec.title));
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """The Agent Lock on Wayland compositors other than sway: what it hides on two outputs, who gets the keys,
 what comes above it, and what becomes of it when they change.
-Usage: agent_lock_compositors_test.py COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEYBOARD KWIN_OUTPUTS"""
+Usage: agent_lock_compositors_test.py
+       COMPOSITOR VIGILO OTHER_WINDOW VIRTUAL_KEYBOARD KWIN_OUTPUTS SLOW_FRAMES_SHIM"""
 
 import os
 import re
@@ -18,10 +19,11 @@ from harness.actions import ID, perform
 from harness.applies import applies_where
 from harness.compositors import HEIGHT, SIDE_BY_SIDE, WIDTH, GnomeShell, KWin, Mutter, Place, Weston
 from harness.pictures import DESKTOP, has_colour
+from harness.preload import preload
 from harness.processes import Processes, end, environment, wait_until
 
 COMPOSITOR = {"kwin": KWin, "mutter": Mutter, "gnome_shell": GnomeShell, "weston": Weston}[sys.argv.pop(1)]
-VIGILO, OTHER, KEYBOARD, OUTPUTS = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
+VIGILO, OTHER, KEYBOARD, OUTPUTS, SLOW_FRAMES = (sys.argv.pop(1) for _ in range(5))
 # The edges of a cover are somewhere between these, the desktops below are not: magenta, blue, or nothing at all.
 DARKEST, LIGHTEST = (1, 1, 1), (0x20, 0x20, 0x40)
 PANEL_BUTTON = b"\x0a\x6f\xe0"
@@ -285,6 +287,35 @@ class FullScreenWindows(AgentLock):
         wait_until(self.is_covered, "the covers")
         time.sleep(1)
         self.expect_the_keyboard()
+
+    # Elsewhere they stay the windows that they are.
+    @applies_where(COMPOSITOR is Weston)
+    def test_they_become_new_windows_while_the_toolkit_hears_late_of_the_last_pictures(self):
+        with tempfile.TemporaryDirectory() as folder:
+            self.lock(**preload(folder, SLOW_FRAMES))
+            for _ in range(5):
+                other = OtherProgram(self, "full-screen", "wayland")
+                wait_until(other.is_shown, "the windows")
+                wait_until(self.stays_covered, "covers that stay")
+                self.assertIsNone(self.vigilo.poll())
+                end(other.process)
+            self.expect_the_keyboard()
+
+    @applies_where(COMPOSITOR is Weston)
+    def test_a_lock_can_end_while_its_covers_become_new_windows(self):
+        with tempfile.TemporaryDirectory() as folder:
+            self.lock(**preload(folder, SLOW_FRAMES))
+            for step in range(5):
+                other = OtherProgram(self, "full-screen", "wayland")
+                wait_until(other.is_shown, "the windows")
+                time.sleep(0.2 * step)
+                self.acts("toggleProtection")
+                wait_until(lambda: not self.is_covered(), "the end of the lock")
+                end(other.process)
+                self.acts("agentLock")
+                wait_until(self.stays_covered, "the lock")
+                self.assertIsNone(self.vigilo.poll())
+            self.expect_the_keyboard(all_along=False)
 
     def test_a_warning_of_the_programs_own_leaves_them_the_keyboard(self):
         with tempfile.TemporaryDirectory() as config:

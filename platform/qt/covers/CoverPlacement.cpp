@@ -16,7 +16,8 @@ namespace {
 constexpr const char* coverProperty = "isCover";
 } // namespace
 
-std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen) {
+std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen,
+                                                   LeavingWindows& leaving) {
     markAsCover(view);
     if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         return std::make_unique<X11Placement>(view, screen);
@@ -24,7 +25,7 @@ std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& sc
     if (auto placement = LayerShellPlacement::make(view, screen)) {
         return placement;
     }
-    return std::make_unique<FullScreenPlacement>(view, screen);
+    return std::make_unique<FullScreenPlacement>(view, screen, leaving);
 }
 
 void markAsCover(QWindow& window) {

@@ -8,6 +8,8 @@ class QWindow;
 
 namespace vigilo::platform {
 
+class LeavingWindows;
+
 /// How a window comes to cover a display on the running kind of display server, and stays there.
 class CoverPlacement {
 public:
@@ -20,8 +22,10 @@ public:
     virtual void takeKeyboard() = 0;
 };
 
-/// The placement that fits; the view, not shown yet, and the screen outlive it.
-std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen);
+/// The placement that fits; the view, not shown yet, and the rest outlive it. `leaving` gets the
+/// windows that stood in for it.
+std::unique_ptr<CoverPlacement> makeCoverPlacement(QQuickView& view, QScreen& screen,
+                                                   LeavingWindows& leaving);
 
 /// Says of a window that it covers a display, or is the ground of one that does.
 void markAsCover(QWindow& window);

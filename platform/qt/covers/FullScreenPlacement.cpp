@@ -1,5 +1,7 @@
 #include "platform/qt/covers/FullScreenPlacement.h"
 
+#include "platform/qt/covers/Leaving.h"
+#include "platform/qt/covers/LeavingWindows.h"
 #include "platform/qt/covers/WaylandGlobals.h"
 
 #include <chrono>
@@ -11,7 +13,6 @@
 #include <QQuickView>
 #include <QRasterWindow>
 #include <QScreen>
-#include <QTimer>
 
 #include <gtk-shell.h>
 
@@ -27,6 +28,9 @@ constexpr std::chrono::milliseconds settling = 300ms;
 constexpr auto animation = 1s;
 // There may be no keyboard, and so no focus.
 constexpr int mostAttempts = 4;
+
+// A busy compositor may need a second for a picture; it may show none of what the ground hides.
+constexpr auto longestOldPicture = 2s;
 
 constexpr Qt::WindowFlags coverFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
@@ -49,8 +53,8 @@ bool keepsNewWindowsInSight() {
 /// The bare ground of a cover, which is there sooner than its content.
 class Ground : public QRasterWindow {
 public:
-    Ground(const QQuickView& cover, std::function<void()> onShown)
-        : colour_(cover.color()), onShown_(std::move(onShown)) {
+    Ground(const QQuickView& cover, std::function<void()> onDrawn)
+        : colour_(cover.color()), onDrawn_(std::move(onDrawn)) {
         markAsCover(*this);
         setFlags(coverFlags);
         setScreen(cover.screen());
@@ -60,23 +64,30 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter(this).fillRect(QRect(QPoint(), size()), colour_);
-        if (onShown_) {
-            QMetaObject::invokeMethod(this, std::exchange(onShown_, nullptr), Qt::QueuedConnection);
+        if (onDrawn_) {
+            std::exchange(onDrawn_, nullptr)();
         }
     }
 
 private:
     QColor colour_;
-    std::function<void()> onShown_;
+    std::function<void()> onDrawn_;
 };
 
 } // namespace
 
-FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen)
-    : view_(view), becomesNew_(keepsNewWindowsInSight()) {
+FullScreenPlacement::FullScreenPlacement(QQuickView& view, QScreen& screen, LeavingWindows& leaving)
+    : view_(view), leaving_(leaving), becomesNew_(keepsNewWindowsInSight()) {
     view_.setFlags(coverFlags);
     view_.setScreen(&screen);
     view_.setGeometry(screen.geometry());
+    groundTimer_.setSingleShot(true);
+    groundTimer_.setInterval(animation);
+    groundTimer_.callOnTimeout(&groundTimer_, [this] { removeGround(); });
+}
+
+FullScreenPlacement::~FullScreenPlacement() {
+    removeGround();
 }
 
 void FullScreenPlacement::show() {
@@ -110,7 +121,11 @@ void FullScreenPlacement::comeBack() {
     if (becomesNew_ && !ground_ && attempts_ < mostAttempts &&
         sinceShown_.elapsed() > settling.count()) {
         ++attempts_;
-        ground_ = std::make_unique<Ground>(view_, [this] { showAnew(); });
+        ground_ = std::make_unique<Ground>(view_, [this] {
+            // Not before it has been drawn; and the ground may outlive this.
+            QMetaObject::invokeMethod(
+                &groundTimer_, [this] { becomeNew(); }, Qt::QueuedConnection);
+        });
         ground_->showFullScreen();
     }
 }
@@ -125,11 +140,23 @@ void FullScreenPlacement::present() {
     gtkShell_->present(view_);
 }
 
+void FullScreenPlacement::becomeNew() {
+    lastPicture_.emplace(view_, longestOldPicture, [this] { showAnew(); });
+}
+
 void FullScreenPlacement::showAnew() {
+    lastPicture_.reset();
     view_.hide();
     view_.showFullScreen();
     sinceShown_.start();
-    QTimer::singleShot(animation, ground_.get(), [this] { ground_.reset(); });
+    groundTimer_.start();
+}
+
+void FullScreenPlacement::removeGround() {
+    if (ground_) {
+        leaveDisplay(*ground_);
+        leaving_.take(std::move(ground_));
+    }
 }
 
 } // namespace vigilo::platform

@@ -104,6 +104,12 @@ class AgentLock(unittest.TestCase):
         self.wait_for_keyboard()
         self.keys_before = len(self.below.keys())
 
+    def show_another(self, kind, platform):
+        """A program whose windows have been shown."""
+        other = OtherProgram(self, kind, platform)
+        wait_until(other.is_shown, "the windows")
+        return other
+
     def acts(self, action):
         try:
             perform(self.compositor.bus, action)
@@ -158,8 +164,7 @@ class CoversThatHold(AgentLock):
         for kind in ("normal", "full-screen"):
             for platform in ("wayland", "xcb"):
                 with self.subTest(kind=kind, platform=platform):
-                    other = OtherProgram(self, kind, platform)
-                    wait_until(other.is_shown, "the windows")
+                    other = self.show_another(kind, platform)
                     for _ in range(10):
                         self.assertTrue(self.is_covered())
                     time.sleep(1)
@@ -178,8 +183,7 @@ class CoversThatHold(AgentLock):
     def test_unmanaged_windows_that_come_later_neither_stay_to_be_seen_nor_get_keys(self):
         self.lock()
         for _ in range(5):
-            other = OtherProgram(self, "unmanaged", "xcb")
-            wait_until(other.is_shown, "the windows")
+            other = self.show_another("unmanaged", "xcb")
             self.expect_to_stay_covered()
             self.wait_for_keyboard(other)
             self.compositor.key("b", "Escape")
@@ -191,8 +195,7 @@ class CoversThatHold(AgentLock):
     # It puts all of them on top then.
     @applies_where(COMPOSITOR is KWin)
     def test_unmanaged_windows_that_were_there_before_stay_below_when_they_move(self):
-        other = OtherProgram(self, "unmanaged", "xcb")
-        wait_until(other.is_shown, "the windows")
+        self.show_another("unmanaged", "xcb")
         self.lock()
         windows = ("xdotool", "search", "--onlyvisible", "--class", "other_window")
         for change in (("windowmove", "%@", "50", "60"), ("windowsize", "%@", "500", "400"), ("windowraise", "%1")):
@@ -280,8 +283,7 @@ class FullScreenWindows(AgentLock):
 
     def test_they_are_there_and_have_the_keyboard_when_a_later_window_has_gone(self):
         self.lock()
-        other = OtherProgram(self, "full-screen", "wayland")
-        wait_until(other.is_shown, "the windows")
+        other = self.show_another("full-screen", "wayland")
         time.sleep(0.5)
         end(other.process)
         wait_until(self.is_covered, "the covers")
@@ -291,31 +293,27 @@ class FullScreenWindows(AgentLock):
     # Elsewhere they stay the windows that they are.
     @applies_where(COMPOSITOR is Weston)
     def test_they_become_new_windows_while_the_toolkit_hears_late_of_the_last_pictures(self):
-        with tempfile.TemporaryDirectory() as folder:
-            self.lock(**preload(folder, SLOW_FRAMES))
-            for _ in range(5):
-                other = OtherProgram(self, "full-screen", "wayland")
-                wait_until(other.is_shown, "the windows")
-                wait_until(self.stays_covered, "covers that stay")
-                self.assertIsNone(self.vigilo.poll())
-                end(other.process)
-            self.expect_the_keyboard()
+        self.lock(**preload(self.compositor.folder, SLOW_FRAMES))
+        for _ in range(5):
+            other = self.show_another("full-screen", "wayland")
+            wait_until(self.stays_covered, "covers that stay")
+            self.assertIsNone(self.vigilo.poll())
+            end(other.process)
+        self.expect_the_keyboard()
 
     @applies_where(COMPOSITOR is Weston)
     def test_a_lock_can_end_while_its_covers_become_new_windows(self):
-        with tempfile.TemporaryDirectory() as folder:
-            self.lock(**preload(folder, SLOW_FRAMES))
-            for step in range(5):
-                other = OtherProgram(self, "full-screen", "wayland")
-                wait_until(other.is_shown, "the windows")
-                time.sleep(0.2 * step)
-                self.acts("toggleProtection")
-                wait_until(lambda: not self.is_covered(), "the end of the lock")
-                end(other.process)
-                self.acts("agentLock")
-                wait_until(self.stays_covered, "the lock")
-                self.assertIsNone(self.vigilo.poll())
-            self.expect_the_keyboard(all_along=False)
+        self.lock(**preload(self.compositor.folder, SLOW_FRAMES))
+        for step in range(5):
+            other = self.show_another("full-screen", "wayland")
+            time.sleep(0.2 * step)
+            self.acts("toggleProtection")
+            wait_until(lambda: not self.is_covered(), "the end of the lock")
+            end(other.process)
+            self.acts("agentLock")
+            wait_until(self.stays_covered, "the lock")
+            self.assertIsNone(self.vigilo.poll())
+        self.expect_the_keyboard(all_along=False)
 
     def test_a_warning_of_the_programs_own_leaves_them_the_keyboard(self):
         with tempfile.TemporaryDirectory() as config:

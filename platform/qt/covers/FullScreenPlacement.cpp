@@ -29,9 +29,6 @@ constexpr auto animation = 1s;
 // There may be no keyboard, and so no focus.
 constexpr int mostAttempts = 4;
 
-// A busy compositor may need a second for a picture; it may show none of what the ground hides.
-constexpr auto longestOldPicture = 2s;
-
 constexpr Qt::WindowFlags coverFlags =
     Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 
@@ -141,7 +138,7 @@ void FullScreenPlacement::present() {
 }
 
 void FullScreenPlacement::becomeNew() {
-    lastPicture_.emplace(view_, longestOldPicture, [this] { showAnew(); });
+    lastPicture_.emplace(view_, LastPicture::longest, [this] { showAnew(); });
 }
 
 void FullScreenPlacement::showAnew() {

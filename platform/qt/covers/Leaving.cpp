@@ -21,10 +21,8 @@ using namespace std::chrono_literals;
 
 constexpr const char* leavingProperty = "isLeaving";
 
-// A busy compositor may need a second for a picture.
-constexpr auto longest = 2s;
-// It need not show what is no longer there; the window is about to be destroyed then.
-constexpr auto longestUnmapped = 400ms;
+// A compositor need not show what is no longer there; the window is about to be destroyed then.
+constexpr std::chrono::milliseconds longestUnmapped = 400ms;
 
 /// Keeps every event from a window. One that is destroyed has no need of them either.
 class Silence : public QObject {
@@ -67,7 +65,8 @@ void leaveDisplay(QWindow& window) {
     new Silence(window);
     // After that: what comes last hears first.
     new LastPicture(
-        window, hasRole(window) ? longest : longestUnmapped, [&window] { window.hide(); }, &window);
+        window, hasRole(window) ? LastPicture::longest : longestUnmapped,
+        [&window] { window.hide(); }, &window);
 }
 
 void unmap(QWindow& window) {

@@ -10,7 +10,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.actions import ID, perform
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 
@@ -57,7 +57,7 @@ class Alerts(unittest.TestCase):
         self.perform("toggleProtection")
         wait_until(lambda: len(self.windows()) == 2, "the alert, since it fails anew")
         self.program.terminate()
-        self.assertEqual(self.program.wait(60), 0)
+        self.assertEqual(self.program.wait(PATIENCE), 0)
 
     def test_another_warning_waits_its_turn(self):
         self.perform("toggleProtection")

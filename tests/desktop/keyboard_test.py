@@ -16,7 +16,7 @@ from harness.display import VirtualDisplay, windows_named
 from harness.lock_screen import APPLE_LOCK, UNLOCK, LockScreen
 from harness.pam import OddPam
 from harness.pictures import Picture
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
@@ -171,13 +171,13 @@ class Keyboard(unittest.TestCase):
         self.display.key("Return")
         wait_until(lambda: not windows_named(self.display.name, "Vigilo"), "the window to close")
         again = self.processes.start([VIGILO], env=environment(DISPLAY=self.display.name, WAYLAND_DISPLAY=None))
-        self.assertEqual(again.wait(60), 0)
+        self.assertEqual(again.wait(PATIENCE), 0)
         wait_until(lambda: windows_named(self.display.name, "Vigilo"), "the window")
         wait_until(lambda: self.focused() == "Close", "the focus")
         self.display.key("ctrl+k")
         self.desktop.wait_for("heading", "This Mac is staying awake")
         self.display.key("ctrl+q")
-        self.assertEqual(self.vigilo.wait(60), 0)
+        self.assertEqual(self.vigilo.wait(PATIENCE), 0)
 
     def test_the_lock_is_opened_left_closed_and_left_to_the_system(self):
         lock = LockScreen(self, self.desktop, self.display, self.processes, VIGILO, MODULE)

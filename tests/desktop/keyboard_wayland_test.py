@@ -14,7 +14,7 @@ from harness.accessibility import AccessibleDesktop
 from harness.lock_screen import APPLE_LOCK, UNLOCK
 from harness.pam import OddPam
 from harness.pictures import Picture
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
@@ -98,7 +98,7 @@ class KeyboardOnWayland(unittest.TestCase):
         self.press("right", "-k", "Return", then_focused="End Awake Session")
         self.press("-M", "ctrl", "k", "-m", "ctrl", then_focused="Start Awake Session")
         subprocess.run(["wtype", "-M", "ctrl", "q", "-m", "ctrl"], env=self.variables, check=True)
-        self.assertEqual(self.vigilo.wait(60), 0)
+        self.assertEqual(self.vigilo.wait(PATIENCE), 0)
 
 
 if __name__ == "__main__":

@@ -13,7 +13,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.preload import preload
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO, SLOW_FRAMES = sys.argv.pop(1), sys.argv.pop(1)
@@ -71,7 +71,7 @@ class LatePictures(unittest.TestCase):
         self.press("Return")
         wait_until(self.sway.is_covered, "the lock")
         self.vigilo.terminate()
-        self.assertEqual(0, self.vigilo.wait(60))
+        self.assertEqual(0, self.vigilo.wait(PATIENCE))
 
 
 if __name__ == "__main__":

@@ -15,7 +15,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
-from harness.processes import Processes, die_with_parent
+from harness.processes import PATIENCE, Processes, die_with_parent
 
 VIGILO = sys.argv.pop(1)
 
@@ -36,7 +36,7 @@ def run(*arguments, **environment):
         stdin=subprocess.DEVNULL,
         capture_output=True,
         text=True,
-        timeout=60,
+        timeout=PATIENCE,
         check=False,
     )
 
@@ -154,7 +154,7 @@ class OnADisplay(unittest.TestCase):
         process.communicate()
 
     def wait_for_window(self, process, is_there=True):
-        deadline = time.monotonic() + 60
+        deadline = time.monotonic() + PATIENCE
         while time.monotonic() < deadline:
             if bool(windows_named(self.display.name, "Vigilo")) == is_there:
                 return
@@ -168,7 +168,7 @@ class OnADisplay(unittest.TestCase):
                 process = self.start()
                 self.wait_for_window(process)
                 process.send_signal(number)
-                _, errors = process.communicate(timeout=60)
+                _, errors = process.communicate(timeout=PATIENCE)
                 self.assertEqual(process.returncode, 0, errors)
 
     def test_it_runs_quietly_without_any_bus(self):
@@ -176,7 +176,7 @@ class OnADisplay(unittest.TestCase):
         self.wait_for_window(process)
         time.sleep(1)
         process.terminate()
-        output, errors = process.communicate(timeout=60)
+        output, errors = process.communicate(timeout=PATIENCE)
         self.assertEqual((process.returncode, output, errors), (0, "", ""))
 
     def test_it_runs_on_when_nobody_reads_its_warnings_any_more(self):
@@ -184,7 +184,7 @@ class OnADisplay(unittest.TestCase):
         process.stderr.close()
         self.wait_for_window(process)
         process.terminate()
-        self.assertEqual(process.wait(60), 0)
+        self.assertEqual(process.wait(PATIENCE), 0)
 
     def test_it_runs_without_standard_descriptors(self):
         process = self.start(QT_LOGGING_RULES="*.debug=true", by=["sh", "-c", 'exec "$0" <&- >&- 2>&-'])
@@ -192,13 +192,13 @@ class OnADisplay(unittest.TestCase):
         for number in range(3):
             self.assertEqual(os.readlink("/proc/%d/fd/%d" % (process.pid, number)), "/dev/null")
         process.terminate()
-        self.assertEqual(process.wait(60), 0)
+        self.assertEqual(process.wait(PATIENCE), 0)
 
     def test_unknown_arguments_are_ignored(self):
         process = self.start("--Self-Test", "-platform", "nonsense", "--style", "x", "-qmljsdebugger", "file")
         self.wait_for_window(process)
         process.terminate()
-        process.communicate(timeout=60)
+        process.communicate(timeout=PATIENCE)
         self.assertEqual(process.returncode, 0)
 
     def test_the_close_button_hides_the_window_and_the_program_lives_on(self):
@@ -209,7 +209,7 @@ class OnADisplay(unittest.TestCase):
         time.sleep(0.5)
         self.assertIsNone(process.poll())
         process.terminate()
-        process.communicate(timeout=60)
+        process.communicate(timeout=PATIENCE)
         self.assertEqual(process.returncode, 0)
 
     def test_a_key_held_down_presses_the_button_once(self):
@@ -245,7 +245,7 @@ class OnADisplay(unittest.TestCase):
                 self.assertIn(expected, next(line for line in process.stderr if "backend" in line))
                 self.wait_for_window(process)
                 process.terminate()
-                process.communicate(timeout=60)
+                process.communicate(timeout=PATIENCE)
                 self.assertEqual(process.returncode, 0)
 
 

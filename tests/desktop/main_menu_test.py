@@ -12,7 +12,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.accessibility import AccessibleDesktop
 from harness.display import VirtualDisplay, windows_named
 from harness.focus import focused_window
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 
@@ -116,7 +116,7 @@ class MainMenu(unittest.TestCase):
         self.display.key("ctrl+comma")
         wait_until(lambda: os.path.exists(script + ".opened"), "the settings")
         self.display.key("ctrl+q")
-        self.assertEqual(self.vigilo.wait(60), 0)
+        self.assertEqual(self.vigilo.wait(PATIENCE), 0)
 
     def test_key_equivalents_do_nothing_behind_the_lock(self):
         self.display.key("ctrl+l")
@@ -182,7 +182,7 @@ class MainMenu(unittest.TestCase):
         self.open("F10")
         self.press("End", then_focused="Quit Vigilo")
         self.display.key("space")
-        self.assertEqual(self.vigilo.wait(60), 0)
+        self.assertEqual(self.vigilo.wait(PATIENCE), 0)
 
 
 if __name__ == "__main__":

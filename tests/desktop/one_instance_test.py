@@ -13,7 +13,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.actions import ID, perform
 from harness.buses import SessionBus, owned_names
 from harness.display import VirtualDisplay, windows_named
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 
 VIGILO = sys.argv.pop(1)
 
@@ -36,7 +36,7 @@ class OneInstance(unittest.TestCase):
 
     def start_again(self):
         return subprocess.run(
-            [VIGILO], env=self.variables, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60,
+            [VIGILO], env=self.variables, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=PATIENCE,
             check=False,
         )
 
@@ -100,7 +100,7 @@ class OneInstance(unittest.TestCase):
         perform(self.bus, "toggleProtection")
         self.assertEqual(self.power.stdout.readline(), "release 0\n")
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(60), 0)
+        self.assertEqual(self.first.wait(PATIENCE), 0)
 
     def test_it_is_found_on_the_bus_that_replaces_another(self):
         for _ in range(2):
@@ -110,14 +110,14 @@ class OneInstance(unittest.TestCase):
             second = self.start_again()
             self.assertEqual((second.returncode, second.stderr), (0, ""))
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(60), 0)
+        self.assertEqual(self.first.wait(PATIENCE), 0)
 
     def is_on_the_bus(self):
         return ID in owned_names(self.bus.address)
 
     def test_an_action_starts_the_program_and_is_carried_out(self):
         perform(self.bus, "quitApp")
-        self.assertEqual(self.first.wait(60), 0)
+        self.assertEqual(self.first.wait(PATIENCE), 0)
         self.bus.offer(
             ID, VIGILO,
             {
@@ -133,7 +133,7 @@ class OneInstance(unittest.TestCase):
 
     def test_the_place_is_free_when_it_has_ended(self):
         self.first.terminate()
-        self.first.wait(60)
+        self.first.wait(PATIENCE)
         self.processes.start([VIGILO], env=self.variables)
         wait_until(self.windows, "the window")
 

@@ -15,7 +15,7 @@ import dbus
 from harness.display import windows_named
 from harness.panel_test import AWAKE, IDLE, PanelTest
 from harness.panels import ExportedMenu, XfcePanel
-from harness.processes import environment, wait_until
+from harness.processes import PATIENCE, environment, wait_until
 
 
 class WithXfcePanel(PanelTest):
@@ -121,7 +121,7 @@ class WithXfcePanel(PanelTest):
         line = dict(menu.lines())[menu.number("Launch at Login — Approval Required")]
         self.assertEqual(line["toggle-state"], -1)
         menu.click("Quit Vigilo")
-        self.assertEqual(program.wait(60), 0)
+        self.assertEqual(program.wait(PATIENCE), 0)
 
     def test_pressing_it_shows_the_window(self):
         self.panel.start()

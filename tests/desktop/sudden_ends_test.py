@@ -14,7 +14,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from harness.accessibility import AccessibleDesktop
 from harness.owner import UID, Owner
 from harness.owners_program import STATES, WITH_A_LOCK, OwnersProgram
-from harness.processes import wait_until
+from harness.processes import PATIENCE, wait_until
 
 VIGILO, CLOCK_SHIM = sys.argv[1:3]
 del sys.argv[1:3]
@@ -53,7 +53,7 @@ class SuddenEnds(unittest.TestCase):
         def check(state, it):
             gone = it.service.holders_gone()
             it.display.stop()
-            self.assertEqual(it.program.wait(60), 1)
+            self.assertEqual(it.program.wait(PATIENCE), 1)
             if state != "idle":
                 wait_until(lambda: it.service.holders_gone() > gone, "the inhibition to go")
             wait_until(lambda: not it.processes_left(), "the helpers to end")

@@ -17,7 +17,7 @@ from harness.actions import ID, perform
 from harness.buses import SessionBus
 from harness.limits import Limits, descriptors
 from harness.power_service import PowerService
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 from harness.sway import Sway
 
 VIGILO = sys.argv.pop(1)
@@ -96,7 +96,7 @@ class SuddenEndsOnWayland(unittest.TestCase):
         def check(state):
             gone = self.service.holders_gone()
             self.sway.processes.stop()
-            self.assertEqual(self.program.wait(60), 1)
+            self.assertEqual(self.program.wait(PATIENCE), 1)
             with open(self.warnings, encoding="utf-8") as warnings:
                 self.assertEqual(warnings.read(), "vigilo: the connection to the display broke.\n")
             if state != "idle":

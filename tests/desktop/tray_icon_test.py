@@ -15,7 +15,7 @@ from harness.focus import focused_window
 from harness.panel_test import PanelTest
 from harness.panels import Watcher
 from harness.pictures import Picture, brightness
-from harness.processes import end, wait_until
+from harness.processes import PATIENCE, end, wait_until
 
 
 class WithTrayer(PanelTest):
@@ -165,7 +165,7 @@ class WithoutPanel(PanelTest):
         wait_until(lambda: not self.windows(), "the window to go")
         self.assertIsNone(program.poll())
         os.kill(self.pid, signal.SIGTERM)
-        self.assertEqual(program.wait(60), 0)
+        self.assertEqual(program.wait(PATIENCE), 0)
 
 
 if __name__ == "__main__":

@@ -5,12 +5,12 @@ import shutil
 import tempfile
 
 from .buses import SessionBus
-from .processes import environment, wait_until
+from .processes import PATIENCE, environment, wait_until
 
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 # How long a program may take to answer, also when it has just started, in milliseconds; the library gives
-# it 0.8 s otherwise, which a busy machine does not.
-ANSWER_LIMIT, STARTUP_LIMIT = 10_000, 15_000
+# it 0.8 s otherwise, which a busy machine does not; a press is answered when what it does is done.
+ANSWER_LIMIT = STARTUP_LIMIT = 1000 * PATIENCE
 
 
 def _atspi():

@@ -14,7 +14,7 @@ from .hold_ups import HoldUps
 from .limits import descriptors
 from .pictures import Picture
 from .power_service import PowerService
-from .processes import Processes, environment, wait_until
+from .processes import PATIENCE, Processes, environment, wait_until
 
 ID = "io.github.vigilo.Vigilo"
 
@@ -103,7 +103,7 @@ class FaultTest(unittest.TestCase):
 
     def end_in_order(self):
         os.kill(self.pid, signal.SIGTERM)
-        self.assertEqual(self.program.wait(60), 0)
+        self.assertEqual(self.program.wait(PATIENCE), 0)
 
     def has(self):
         """How many descriptors, threads and children the program has."""

@@ -8,7 +8,7 @@ from .agents import Agents
 from .buses import SessionBus
 from .display import VirtualDisplay, windows_named
 from .panels import StatusItem, icon_theme
-from .processes import Processes, environment, wait_until
+from .processes import PATIENCE, Processes, environment, wait_until
 
 
 IDLE = [
@@ -57,7 +57,7 @@ class PanelTest(unittest.TestCase):
         # What runs it in a process namespace takes no signal itself.
         if program.poll() is None:
             os.kill(self.pid, signal.SIGTERM)
-            program.wait(60)
+            program.wait(PATIENCE)
 
     def windows(self):
         return windows_named(self.display.name, "Vigilo")

@@ -9,6 +9,9 @@ import time
 SERVICES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../services")
 _libc = ctypes.CDLL(None)
 _PR_SET_PDEATHSIG = 1
+# How long tests wait for what has to come, in seconds. Only what hangs takes longer: a machine with ten programs
+# a processor may need minutes for what is otherwise there in a moment.
+PATIENCE = 300
 
 
 def die_with_parent():
@@ -66,9 +69,8 @@ def end(process, timeout=20):
     return process.wait()
 
 
-def wait_until(condition, what, timeout=60):
-    """Waits until the condition holds and returns its value; raises an error after the timeout, in seconds, which
-    is meant for what hangs: a machine with ten programs a processor takes its time for everything."""
+def wait_until(condition, what, timeout=PATIENCE):
+    """Waits until the condition holds and returns its value; raises an error after the timeout, in seconds."""
     deadline = time.monotonic() + timeout
     while True:
         value = condition()

@@ -9,7 +9,7 @@ import subprocess
 
 from .buses import accepts
 from .owner import NAME, UID, Owner
-from .processes import Processes, wait_until
+from .processes import PATIENCE, Processes, wait_until
 
 GROUP = pwd.getpwuid(UID).pw_gid
 
@@ -157,7 +157,7 @@ class Room:
         environment = self._variables(variables)
         result = subprocess.run(
             self.command(*command), env=environment, check=False, stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, timeout=120,
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, timeout=PATIENCE,
         )
         return result.stdout.strip() if result.returncode == 0 else ""
 

@@ -10,7 +10,7 @@ import tempfile
 
 from .owner import NAME
 from .pictures import DESKTOP, Picture
-from .processes import Processes, environment, wait_until
+from .processes import PATIENCE, Processes, environment, wait_until
 
 # Of sway-ipc(7).
 _MAGIC = b"i3-ipc"
@@ -85,7 +85,7 @@ class Sway:
         three seconds."""
         kind, text = (_KINDS[words[1]], "") if words[0] == "-t" else (_RUN_COMMAND, " ".join(words))
         with socket.socket(socket.AF_UNIX) as connection, connection.makefile("rb") as answers:
-            connection.settimeout(60)
+            connection.settimeout(PATIENCE)
             connection.connect(self._socket)
             payload = text.encode()
             connection.sendall(_MAGIC + struct.pack("=II", len(payload), kind) + payload)

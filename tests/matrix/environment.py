@@ -10,7 +10,7 @@ import dbus
 from harness.owner import NAME
 from harness.panels import StatusItem
 from harness.pictures import Picture
-from harness.processes import Processes, environment, wait_until
+from harness.processes import PATIENCE, Processes, environment, wait_until
 from harness.room import Room
 from harness.system_bus import SystemBus
 
@@ -249,7 +249,7 @@ class Environment:
         self.settle()
         for pid in self.room.pids(program):
             self.room.run("kill", str(pid))
-        started.wait(20)
+        started.wait(PATIENCE)
         return "`%s` lists it" % program
 
     def start_at_login(self):

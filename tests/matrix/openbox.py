@@ -1,6 +1,6 @@
 """openbox with trayer, and the sessions that have even less."""
 
-from harness.processes import wait_until
+from harness.processes import PATIENCE, wait_until
 
 from .findings import lacks
 from .holders import LoginManager
@@ -68,7 +68,7 @@ class BareX(X11Environment):
             raise AssertionError("there is somebody who hosts status items")
         # Somebody who starts it again gets the window.
         self.close_window()
-        self.room.start(self.vigilo).wait(30)
+        self.room.start(self.vigilo).wait(PATIENCE)
         wait_until(self.windows, "the window")
         return lacks("none, as nothing shows one; the window, its menu and a second start reach everything")
 

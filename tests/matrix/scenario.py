@@ -6,12 +6,10 @@ import os
 import subprocess
 
 from harness.owner import PASSWORD
-from harness.processes import wait_until
+from harness.processes import PATIENCE, wait_until
 
 from .findings import CAPABILITIES, FAILED, Finding, works
 
-# Sessions of whole desktops take their time on a busy machine.
-PATIENCE = 90
 # Nothing of the lock screen is as bright as that near the edges, where panels are.
 DARK, EDGE = 110, 24
 
@@ -36,7 +34,7 @@ class Scenario:
         return self.findings
 
     def _begin(self):
-        wait_until(self.environment.windows, "the window", PATIENCE)
+        wait_until(self.environment.windows, "the window")
         self.environment.settle()
 
     def _start_agents(self):
@@ -111,7 +109,7 @@ class Scenario:
     def _quit(self):
         self.environment.act("quitApp")
         try:
-            status = self.vigilo.wait(30)
+            status = self.vigilo.wait(PATIENCE)
         except subprocess.TimeoutExpired:
             raise AssertionError("it does not end") from None
         if status != 0:

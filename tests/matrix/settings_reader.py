@@ -11,7 +11,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib
 
-LIMIT = 90  # seconds
+LIMIT = 240  # seconds
 
 
 def nodes(accessible):

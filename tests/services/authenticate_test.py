@@ -15,7 +15,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.pam import OddPam
-from harness.processes import die_with_parent
+from harness.processes import PATIENCE, die_with_parent
 
 HELPER = sys.argv.pop(1)
 MODULE = sys.argv.pop(1)
@@ -35,7 +35,7 @@ class Helper:
 
     def __init__(self, pam, *between, also=(), arguments=()):
         self._socket, theirs = socket.socketpair()
-        self._socket.settimeout(20)
+        self._socket.settimeout(PATIENCE)
         self.process = subprocess.Popen(
             pam.command(*between, HELPER, *arguments),
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
@@ -111,7 +111,7 @@ class Authenticate(unittest.TestCase):
                 self.assertEqual(helper.read(), ("P", b"Password:"))
                 helper.answer(answer)
                 self.assertEqual(helper.rest().replace("D", ""), frames)
-                self.assertEqual(helper.process.wait(60), status)
+                self.assertEqual(helper.process.wait(PATIENCE), status)
 
     def test_a_finger_is_asked_of_its_own_service_and_no_question_is_put(self):
         for steps, frames, status in (
@@ -125,14 +125,14 @@ class Authenticate(unittest.TestCase):
                     self.pam.finger_does(*steps)
                 with Helper(self.pam, arguments=["fingerprint"]) as helper:
                     self.assertEqual(helper.rest().replace("D", ""), frames)
-                    self.assertEqual(helper.process.wait(60), status)
+                    self.assertEqual(helper.process.wait(PATIENCE), status)
 
     def test_without_a_module_for_fingers_no_finger_is_the_owner_s(self):
         # Neither a service of the system's nor, on this machine, the module of ours.
         self.pam.does("say", "Anybody")
         with Helper(self.pam, arguments=["fingerprint"]) as helper:
             self.assertEqual(helper.rest().replace("D", ""), "")
-            self.assertEqual(helper.process.wait(60), 1)
+            self.assertEqual(helper.process.wait(PATIENCE), 1)
 
     def test_nothing_in_the_working_folder_decides(self):
         # Without /proc it does not know where it is installed itself.
@@ -143,7 +143,7 @@ class Authenticate(unittest.TestCase):
         script = 'umount --lazy /proc; cd "$0"; exec "$@"'
         with Helper(self.pam, "bash", "-c", script, folder, arguments=["fingerprint"]) as helper:
             self.assertEqual(helper.rest(), "N")
-            self.assertEqual(helper.process.wait(60), 1)
+            self.assertEqual(helper.process.wait(PATIENCE), 1)
 
     def test_bytes_that_are_no_answer_end_it(self):
         for data in (
@@ -154,7 +154,7 @@ class Authenticate(unittest.TestCase):
                 self.assertEqual(helper.read()[0], "P")
                 helper.send(data)
                 self.assertEqual(helper.rest(), "")
-                self.assertNotIn(helper.process.wait(60), (0, REFUSED))
+                self.assertNotIn(helper.process.wait(PATIENCE), (0, REFUSED))
 
     def test_the_end_of_the_connection_ends_it(self):
         for data in (b"", b"A", b"A\x05", b"A\x05\x00rig"):
@@ -162,7 +162,7 @@ class Authenticate(unittest.TestCase):
                 self.assertEqual(helper.read()[0], "P")
                 helper.send(data)
                 helper.close()
-                self.assertNotIn(helper.process.wait(60), (0, REFUSED))
+                self.assertNotIn(helper.process.wait(PATIENCE), (0, REFUSED))
 
     def test_rubbish_never_is_a_success(self):
         chance = random.Random(SEED)
@@ -178,7 +178,7 @@ class Authenticate(unittest.TestCase):
                 kinds = helper.rest()
                 self.assertEqual(kinds[:1], "P", "the helper has asked")
                 self.assertNotIn("S", kinds)
-                self.assertNotEqual(helper.process.wait(60), 0)
+                self.assertNotEqual(helper.process.wait(PATIENCE), 0)
 
     def test_it_does_not_outlive_the_program(self):
         self.pam.does("ask", "Password:", "hang")

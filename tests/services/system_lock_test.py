@@ -13,7 +13,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.buses import SessionBus
-from harness.processes import Processes, die_with_parent, end, environment, wait_until
+from harness.processes import PATIENCE, Processes, die_with_parent, end, environment, wait_until
 from harness.sway import Sway
 from harness.system_bus import SystemBus
 from harness.xorg import DummyXorg
@@ -54,7 +54,7 @@ class SystemLock(unittest.TestCase):
             [HELPER], env=environment(**self.variables), stdin=subprocess.DEVNULL, preexec_fn=die_with_parent
         )
         self.addCleanup(end, process)
-        return process.wait(60)
+        return process.wait(PATIENCE)
 
     def looks(self):
         """How often the helper looked whether somebody has taken the lock, in a run in which nobody did."""

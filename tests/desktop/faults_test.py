@@ -10,7 +10,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.fault_test import FaultTest
-from harness.processes import wait_until
+from harness.processes import PATIENCE, wait_until
 
 FaultTest.vigilo, CLOCK_SHIM, HUNG_SCAN_SHIM = sys.argv[1:4]
 del sys.argv[1:4]
@@ -18,6 +18,8 @@ DAY = 24 * 60 * 60
 RESTARTS, SESSIONS = 100, 10000
 # How many of each the allocators need until they have most of what they keep for themselves.
 RESTARTS_BEFORE, SESSIONS_BEFORE = 10, 500
+# How many between two looks at the memory; a part of all the others.
+SESSIONS_BETWEEN = 500
 # Within how many sessions the window's engine collects its garbage at least once.
 SESSIONS_TO_COLLECTION = 5000
 # What they may still add after that, in KiB, however many follow.
@@ -25,6 +27,11 @@ MEMORY_ALLOWANCE = 256
 # With an arena for each thread that finds the others' taken, what is kept would grow with the machine's load.
 ONE_ARENA = {"MALLOC_ARENA_MAX": "1"}
 NOBODY = "65534"
+
+
+class SessionRefused(Exception):
+    """A busy machine has kept the power service from answering in time, one request of very many. The alert
+    that tells it needs memory of its own."""
 
 
 class Faults(FaultTest):
@@ -60,33 +67,51 @@ class Faults(FaultTest):
         service.wait_until_released()
         self.end_in_order()
 
-    def test_ten_thousand_sessions_leave_nothing_behind(self):
-        service = self.power_service()
-        self.start_alone(**ONE_ARENA)
+    def memory_of_sessions(self, service):
+        """What the program uses each time that so many sessions more have gone."""
 
         def run_sessions(number):
             before = service.takes()
             for _ in range(number):
                 self.act("toggleProtection")
                 self.act("toggleProtection")
-            wait_until(lambda: service.takes() == before + number, "the sessions")
-            service.wait_until_released()
+
+            def are_over():
+                if len(self.windows()) > 1:
+                    raise SessionRefused
+                return service.takes() == before + number and not service.held()
+
+            wait_until(are_over, "the sessions")
 
         run_sessions(10)
         wait_until(self.is_at_rest, "the requests to end")
         before = self.has()
 
-        def memory_after_sessions(number):
-            for _ in range(number // 50):
+        memory = []
+        for _ in range((SESSIONS_BEFORE + SESSIONS) // SESSIONS_BETWEEN):
+            for _ in range(SESSIONS_BETWEEN // 50):
                 run_sessions(50)
                 # The bus bears only so many connections at a time.
                 self.wait_until_as_before(before)
-            return self.memory()
+            memory.append(self.memory())
+        return memory
 
-        each = SESSIONS_BEFORE
-        memory = [memory_after_sessions(each) for _ in range((SESSIONS_BEFORE + SESSIONS) // each)]
+    def test_ten_thousand_sessions_leave_nothing_behind(self):
+        service = self.power_service()
+        for _ in range(3):
+            self.start_alone(**ONE_ARENA)
+            try:
+                memory = self.memory_of_sessions(service)
+                break
+            except SessionRefused:
+                print("a session was refused")
+                self.end_in_order()
+                # It may still count as held what it granted too late.
+                service.restart()
+        else:
+            self.fail("a session was refused each time")
         # What is left when garbage has just been collected.
-        lasting = SESSIONS_TO_COLLECTION // each
+        lasting = SESSIONS_TO_COLLECTION // SESSIONS_BETWEEN
         self.assertLess(min(memory[-lasting:]) - min(memory[:lasting]), MEMORY_ALLOWANCE)
         wait_until(lambda: not self.shows_a_session(), "the end of the last session in the window")
         self.end_in_order()
@@ -108,7 +133,7 @@ class Faults(FaultTest):
         first = self.program
         first.terminate()
         second = self.processes.start([self.vigilo], env=self.variables)
-        self.assertEqual(first.wait(60), 0)
+        self.assertEqual(first.wait(PATIENCE), 0)
         wait_until(lambda: self.instance() == second.pid or second.poll() is not None, "the second one")
         self.assertIsNone(second.poll())
         self.program, self.pid = second, second.pid

@@ -5,7 +5,6 @@
 #include "platform/qt/covers/WaylandGlobals.h"
 #include "platform/qt/prompt/PasswordField.h"
 
-#include <chrono>
 #include <utility>
 
 #include <QEvent>
@@ -17,12 +16,6 @@
 #include <QVariant>
 
 namespace vigilo::platform {
-
-namespace {
-using namespace std::chrono_literals;
-// Whoever closes a window that is not in sight waits for it.
-constexpr auto longestHiding = 500ms;
-} // namespace
 
 ContentView::ContentView(QQmlEngine& engine, const Colour& background,
                          std::function<void()> onCloseRequested)
@@ -73,7 +66,7 @@ void ContentView::hideSoon() {
         hide();
     } else if (!lastPicture_) {
         markAsLeaving(*this, true);
-        lastPicture_ = std::make_unique<LastPicture>(*this, longestHiding, [this] {
+        lastPicture_ = std::make_unique<LastPicture>(*this, [this] {
             stopHiding();
             hide();
         });

@@ -32,7 +32,7 @@ public:
     void showInFront();
 
     /// Hides it unless it is shown again before: on Wayland when its last picture was shown, for
-    /// the reason that leaveDisplay() gives, or after half a second.
+    /// the reason that leaveDisplay() gives, or after two seconds.
     void hideSoon();
 
     /// Lets it be shown if it is about to be hidden.

@@ -64,7 +64,7 @@ class LatePictures(unittest.TestCase):
             self.sway.message("kill")
             wait_until(lambda: not self.sway.windows(), "the window to go")
             self.assertIsNone(self.vigilo.poll())
-            subprocess.run([VIGILO], env=self.variables, check=True)
+            subprocess.run([VIGILO], env=self.variables, check=True, timeout=PATIENCE)
             self.wait_for_the_window()
 
     def test_the_program_ends_below_covers(self):

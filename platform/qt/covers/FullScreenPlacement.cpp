@@ -138,7 +138,7 @@ void FullScreenPlacement::present() {
 }
 
 void FullScreenPlacement::becomeNew() {
-    lastPicture_.emplace(view_, LastPicture::longest, [this] { showAnew(); });
+    lastPicture_.emplace(view_, [this] { showAnew(); });
 }
 
 void FullScreenPlacement::showAnew() {

@@ -7,8 +7,8 @@
 
 namespace vigilo::platform {
 
-LastPicture::LastPicture(QWindow& window, std::chrono::milliseconds limit,
-                         std::function<void()> then, QObject* parent)
+LastPicture::LastPicture(QWindow& window, std::function<void()> then,
+                         std::chrono::milliseconds limit, QObject* parent)
     : QObject(parent), window_(window), then_(std::move(then)), isExposed_(window.isExposed()) {
     timer_.setSingleShot(true);
     timer_.callOnTimeout(this, &LastPicture::end);

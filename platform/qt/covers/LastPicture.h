@@ -15,14 +15,14 @@ namespace vigilo::platform {
 /// it has to. Main thread.
 class LastPicture : public QObject {
 public:
-    /// A limit where nobody waits for the window to go; a busy compositor was seen to need half of
-    /// it for a picture.
+    /// A window that can be seen goes long before; a busy compositor was seen to need half of it
+    /// for a picture.
     static constexpr std::chrono::milliseconds longest{2000};
 
     /// `then` is called once, unless this is destroyed before; it may destroy this. It is not
     /// waited for longer than `limit`: a compositor need not show a window.
-    LastPicture(QWindow& window, std::chrono::milliseconds limit, std::function<void()> then,
-                QObject* parent = nullptr);
+    LastPicture(QWindow& window, std::function<void()> then,
+                std::chrono::milliseconds limit = longest, QObject* parent = nullptr);
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override;

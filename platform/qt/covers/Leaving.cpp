@@ -65,8 +65,8 @@ void leaveDisplay(QWindow& window) {
     new Silence(window);
     // After that: what comes last hears first.
     new LastPicture(
-        window, hasRole(window) ? LastPicture::longest : longestUnmapped,
-        [&window] { window.hide(); }, &window);
+        window, [&window] { window.hide(); },
+        hasRole(window) ? LastPicture::longest : longestUnmapped, &window);
 }
 
 void unmap(QWindow& window) {

@@ -184,9 +184,10 @@ class CoversThatHold(AgentLock):
                     end(other.process)
         self.expect_the_keyboard()
 
-    def expect_to_stay_covered(self, but=0):
-        """That the covers come back, and stay `but` for so many times."""
-        for _ in range(but):
+    def expect_to_stay_covered(self):
+        """That the covers come back and stay. A busy compositor puts each window on top long after its program has
+        drawn or moved it."""
+        for _ in SIDE_BY_SIDE:
             wait_until(self.is_covered, "the lock")
             if self.stays_covered():
                 return
@@ -197,8 +198,7 @@ class CoversThatHold(AgentLock):
         self.lock()
         for _ in range(5):
             other = self.show_another("unmanaged", "xcb")
-            # A busy compositor puts each of them on top long after the program has drawn it.
-            self.expect_to_stay_covered(but=len(SIDE_BY_SIDE))
+            self.expect_to_stay_covered()
             self.wait_for_keyboard(other)
             self.compositor.key("b", "Escape")
             time.sleep(0.3)

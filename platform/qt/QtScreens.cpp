@@ -13,7 +13,11 @@ QtScreens::QtScreens() : reported_(QtScreens::screens()) {
         watch(screen);
         later();
     });
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, later);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this, later] {
+        // One that comes back at once, to its old place, is a change too: what stood on it is gone.
+        reported_.clear();
+        later();
+    });
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, later);
     for (QScreen* const screen : QGuiApplication::screens()) {
         watch(screen);
@@ -50,11 +54,11 @@ QScreen* QtScreens::find(const std::string& name) {
 
 void QtScreens::report() {
     std::vector<Screen> now = screens();
-    if (now.empty() || now == reported_) {
+    if (now == reported_) {
         return;
     }
     reported_ = std::move(now);
-    if (onChange_) {
+    if (!reported_.empty() && onChange_) {
         onChange_();
     }
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """The Agent Lock under sway: what it hides on several outputs that come, go and change.
-Usage: agent_lock_wayland_test.py VIGILO COVERED_WAYLAND"""
+Usage: agent_lock_wayland_test.py VIGILO COVERED_WAYLAND SWITCHED_OUTPUTS_SHIM"""
 
 import os
 import random
@@ -17,14 +17,14 @@ from harness.pictures import Picture
 from harness.processes import Processes, environment, wait_until
 from harness.sway import Sway
 
-VIGILO, WATCH = sys.argv.pop(1), sys.argv.pop(1)
+VIGILO, WATCH, SHIM = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
 # The larger of the lock screen.
 BUTTON = bytes((10, 132, 255))
 
 
 class AgentLockOnWayland(unittest.TestCase):
     def setUp(self):
-        self.sway = self.enterContext(Sway(outputs=2))
+        self.sway = self.enterContext(Sway(outputs=2, shim=SHIM))
         self.bus = self.enterContext(SessionBus())
         self.processes = self.enterContext(Processes())
         self.variables = environment(
@@ -77,6 +77,8 @@ class AgentLockOnWayland(unittest.TestCase):
             )
             if change == "create" and len(outputs) < 5:
                 self.sway.message("create_output")
+            elif change in ("disable", "enable"):
+                self.sway.switch(name, change == "enable")
             elif change != "create":
                 self.sway.message("output " + name + " " + change)
             if step % 5 == 4:
@@ -91,8 +93,11 @@ class AgentLockOnWayland(unittest.TestCase):
         self.addCleanup(watch.stdout.close)
         self.assertEqual("watching\n", watch.stdout.readline())
         second = self.sway.outputs()[1]["name"]
-        for change in ("scale 2", "scale 1", "transform 90", "transform normal", "disable", "enable"):
+        for change in ("scale 2", "scale 1", "transform 90", "transform normal"):
             self.sway.message("output " + second + " " + change)
+            time.sleep(0.3)
+        for on in (False, True):
+            self.sway.switch(second, on)
             time.sleep(0.3)
         wait_until(self.sway.is_covered, "the covers")
         self.assertIsNone(watch.poll())
@@ -102,20 +107,28 @@ class AgentLockOnWayland(unittest.TestCase):
         # Now that the lock is gone.
         self.assertLess(before, float(watch.stdout.readline()))
 
+    def has_keyboard(self):
+        """Whether no ordinary window has it."""
+        return self.sway.message("-t", "get_seats")[0]["focus"] == 0
+
     def test_no_output_at_all_is_survived(self):
-        for output in self.sway.outputs():
-            self.sway.message("output " + output["name"] + " disable")
-        time.sleep(0.5)
-        self.assertIsNone(self.vigilo.poll())
-        for output in self.sway.outputs():
-            self.sway.message("output " + output["name"] + " enable")
-        wait_until(self.sway.is_covered, "the covers")
-        self.assertIsNone(self.vigilo.poll())
+        names = [output["name"] for output in self.sway.outputs()]
+        # Also such that the last to go comes back first, and so to the place where it was alone.
+        for going, coming in ((names, names), (names, names[::-1]), (names[::-1], names)):
+            for name in going:
+                self.sway.switch(name, False)
+                time.sleep(0.5)
+            self.assertIsNone(self.vigilo.poll())
+            for name in coming:
+                self.sway.switch(name, True)
+                wait_until(self.sway.is_covered, "the covers")
+                wait_until(self.has_keyboard, "the keyboard of the lock")
+            self.assertIsNone(self.vigilo.poll())
 
     def test_the_keyboard_reaches_the_lock_screen(self):
         # Until its buttons are there, and no ordinary window has the keyboard.
         wait_until(lambda: self.shows(BUTTON), "the buttons")
-        wait_until(lambda: self.sway.message("-t", "get_seats")[0]["focus"] == 0, "the keyboard of the lock")
+        wait_until(self.has_keyboard, "the keyboard of the lock")
         # Tab goes to the other button, which leaves the screen to the system's own lock.
         self.press("Tab")
         self.press("Return")

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Somebody who is not the owner, in front of the lock screen on two displays of sway, with a keyboard, a
 pointer, and hands on the displays' plugs: nothing uncovers the desktop or ends the program.
-Usage: hostile_user_wayland_test.py VIGILO MODULE COVERED_WAYLAND"""
+Usage: hostile_user_wayland_test.py VIGILO MODULE COVERED_WAYLAND SWITCHED_OUTPUTS_SHIM"""
 
 import os
 import random
@@ -19,7 +19,7 @@ from harness.pam import OddPam
 from harness.processes import Processes, end, environment, wait_until
 from harness.sway import Sway
 
-VIGILO, MODULE, WATCH = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
+VIGILO, MODULE, WATCH, SHIM = sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1), sys.argv.pop(1)
 SEED = 4711
 
 MODIFIERS = ("shift", "ctrl", "alt", "logo", "altgr")
@@ -39,7 +39,7 @@ bindsym F11 fullscreen
 
 class HostileUser(unittest.TestCase):
     def setUp(self):
-        self.sway = self.enterContext(Sway(outputs=2, settings=BINDINGS))
+        self.sway = self.enterContext(Sway(outputs=2, settings=BINDINGS, shim=SHIM))
         self.bus = self.enterContext(SessionBus())
         self.pam = self.enterContext(OddPam(MODULE))
         self.pam.does("ask", "Password:")
@@ -195,19 +195,23 @@ class HostileUser(unittest.TestCase):
 
     def test_displays_change_under_the_prompt(self):
         first, second = (output["name"] for output in self.sway.outputs())
+        for name in (second, first):
+            for on in (False, True):
+                self.open_prompt()
+                self.sway.switch(name, on)
+                wait_until(self.is_covered, "the covers")
         for name, before, after in (
-            (second, "disable", "enable"), (first, "disable", "enable"), (first, "scale 2", "scale 1"),
-            (second, "transform 90", "transform normal"), (first, "mode 800x1280", "mode 1280x720"),
-            (first, "dpms off", "dpms on"), (second, "dpms off", "dpms on"),
+            (first, "scale 2", "scale 1"), (second, "transform 90", "transform normal"),
+            (first, "mode 800x1280", "mode 1280x720"), (first, "dpms off", "dpms on"), (second, "dpms off", "dpms on"),
         ):
             for change in (before, after):
                 self.open_prompt()
                 self.sway.message("output " + name + " " + change)
                 wait_until(self.is_covered, "the covers after this: " + change)
         self.open_prompt()
-        for change in ("disable", "enable"):
+        for on in (False, True):
             for name in (first, second):
-                self.sway.message("output " + name + " " + change)
+                self.sway.switch(name, on)
             time.sleep(0.2)
         self.check()
 

@@ -25,14 +25,15 @@ output * bg #ff00ff solid_color
 
 class Sway:
     """As a context manager or with stop(). It refuses to run for root and gets an ordinary user then: the
-    owner of the `room` that it is started in, or else nobody."""
+    owner of the `room` that it is started in, or else nobody. Its outputs can be switched off with the `shim`
+    switched_outputs_shim only; without it sway says that they are, and they stay on."""
 
     @staticmethod
     def missing():
         """Why it cannot be had here; None when it can."""
         return None if shutil.which("sway") else "sway is not installed"
 
-    def __init__(self, outputs=1, settings="", room=None, **variables):
+    def __init__(self, outputs=1, settings="", room=None, shim=None, **variables):
         self.folder = tempfile.mkdtemp(prefix="sway-", dir=room.home) if room else tempfile.mkdtemp(prefix="vigilo-sway-")
         os.chmod(self.folder, 0o700)
         self.processes = Processes()
@@ -52,6 +53,9 @@ class Sway:
             "WLR_BACKENDS": "headless", "WLR_HEADLESS_OUTPUTS": str(outputs), "WLR_LIBINPUT_NO_DEVICES": "1",
             "WLR_RENDERER": "pixman", "SWAYSOCK": self._socket,
         }
+        if shim:
+            # A copy, since that user may not come to where the shim was built.
+            changes["LD_PRELOAD"] = shutil.copy(shim, self.folder)
         try:
             self.log = os.path.join(self.folder, "log")
             with open(self.log, "w", encoding="utf-8") as log:
@@ -97,6 +101,13 @@ class Sway:
 
     def outputs(self):
         return self.message("-t", "get_outputs")
+
+    def switch(self, name, on):
+        """Switches an output on or off."""
+        self.message("output " + name + (" enable" if on else " disable"))
+        active = next(output["active"] for output in self.outputs() if output["name"] == name)
+        if active != on:
+            raise RuntimeError("sway did not switch %s" % name)
 
     def windows(self):
         """What sway knows of the ordinary windows."""

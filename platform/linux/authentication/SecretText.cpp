@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include <sys/mman.h>
 
@@ -13,16 +14,24 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
+char* newPage() {
+    void* const page = mmap(nullptr, SecretText::capacity, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (page == MAP_FAILED) {
+        throw std::bad_alloc();
+    }
+    mlock(page, SecretText::capacity);
+    madvise(page, SecretText::capacity, MADV_DONTDUMP);
+    return static_cast<char*>(page);
+}
+
 } // namespace
 
-SecretText::SecretText() {
-    mlock(bytes_.data(), bytes_.size());
-    madvise(bytes_.data(), bytes_.size(), MADV_DONTDUMP);
-}
+SecretText::SecretText() : bytes_(newPage(), capacity) {}
 
 SecretText::~SecretText() {
     clear();
-    munlock(bytes_.data(), bytes_.size());
+    munmap(bytes_.data(), capacity);
 }
 
 void SecretText::append(std::string_view utf8) {

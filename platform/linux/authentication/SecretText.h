@@ -1,17 +1,19 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
 
 namespace vigilo::platform {
 
 /// A password on its way from the keyboard to the helper: in memory that is never swapped out or
-/// put into a core dump, and overwritten as soon as it is not needed.
+/// put into a core dump, and overwritten as soon as it is not needed. Both are properties of whole
+/// pages, so each has one of its own.
 class SecretText {
 public:
     static constexpr std::size_t capacity = 511; ///< bytes; what PAM takes
 
+    /// Throws std::bad_alloc when there is no memory for it.
     SecretText();
     ~SecretText();
     SecretText(const SecretText&) = delete;
@@ -32,7 +34,7 @@ public:
     std::size_t length() const;
 
 private:
-    std::array<char, capacity> bytes_{};
+    std::span<char, capacity> bytes_;
     std::size_t size_ = 0;
 };
 

@@ -2,10 +2,34 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <sstream>
 #include <string>
 
 namespace vigilo::platform {
 namespace {
+
+/// The flags of the memory in which a byte lies: "lo" where it is locked, "dd" where core dumps
+/// leave it out; proc(5), smaps.
+std::string memoryFlags(const char* byte) {
+    std::ifstream maps("/proc/self/smaps");
+    bool isHere = false;
+    for (std::string line; std::getline(maps, line);) {
+        std::uintptr_t start = 0;
+        std::uintptr_t end = 0;
+        char dash = 0;
+        std::istringstream words(line);
+        if (words >> std::hex >> start >> dash >> end && dash == '-') {
+            const auto address = reinterpret_cast<std::uintptr_t>(byte);
+            isHere = start <= address && address < end;
+        } else if (isHere && line.starts_with("VmFlags:")) {
+            return line + " ";
+        }
+    }
+    return {};
+}
 
 TEST(SecretText, growsAndShrinksByCharacters) {
     SecretText text;
@@ -20,6 +44,15 @@ TEST(SecretText, growsAndShrinksByCharacters) {
     text.removeLast();
     text.removeLast();
     EXPECT_TRUE(text.isEmpty());
+}
+
+TEST(SecretText, isNeitherSwappedOutNorDumpedWhateverBecomesOfAnother) {
+    auto other = std::make_unique<SecretText>();
+    const SecretText text;
+    other.reset();
+    const std::string flags = memoryFlags(text.view().data());
+    EXPECT_NE(flags.find(" lo "), std::string::npos) << flags;
+    EXPECT_NE(flags.find(" dd "), std::string::npos) << flags;
 }
 
 TEST(SecretText, leavesNothingBehindWhenItIsCleared) {

@@ -44,6 +44,9 @@ std::unique_ptr<CoverPlacement> LayerShellPlacement::make(QQuickView& view, QScr
     }
     std::unique_ptr<LayerShellPlacement> placement(new LayerShellPlacement(view, std::move(shell)));
     if (!placement->takeLayer(screen)) {
+        // Its surface has the layer's role for good, and may have no other.
+        placement.reset();
+        view.destroy();
         return nullptr;
     }
     return placement;

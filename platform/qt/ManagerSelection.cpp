@@ -11,19 +11,10 @@
 
 namespace vigilo::platform {
 
-namespace {
-
-xcb_connection_t* connection() {
-    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return application == nullptr ? nullptr : application->connection();
-}
-
-} // namespace
-
 ManagerSelection::ManagerSelection(std::string_view selection, std::string_view property,
                                    std::function<void()> onChanged)
-    : onChanged_(std::move(onChanged)), selection_(xcbAtom(connection(), selection)),
-      property_(xcbAtom(connection(), property)), manager_(xcbAtom(connection(), "MANAGER")) {
+    : onChanged_(std::move(onChanged)), selection_(xcbAtom(xcbConnection(), selection)),
+      property_(xcbAtom(xcbConnection(), property)), manager_(xcbAtom(xcbConnection(), "MANAGER")) {
     qGuiApp->installNativeEventFilter(this);
     look();
 }
@@ -33,18 +24,18 @@ ManagerSelection::~ManagerSelection() {
 }
 
 bool ManagerSelection::isPossible() {
-    return connection() != nullptr;
+    return xcbConnection() != nullptr;
 }
 
 void ManagerSelection::look() {
     const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection(), xcb_get_selection_owner(connection(), selection_), nullptr));
+        xcbConnection(), xcb_get_selection_owner(xcbConnection(), selection_), nullptr));
     owner_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
     if (owner_ != XCB_WINDOW_NONE) {
         // Its end is to be heard of, and a change of the property.
         const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(connection(), owner_, XCB_CW_EVENT_MASK, &mask);
-        xcb_flush(connection());
+        xcb_change_window_attributes(xcbConnection(), owner_, XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(xcbConnection());
     }
 }
 
@@ -54,8 +45,8 @@ std::string ManagerSelection::property(std::uint32_t type, std::uint32_t longest
     }
     constexpr std::uint32_t unit = 4;
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection(), xcb_get_property(connection(), 0, owner_, property_, type, 0, longest / unit),
-        nullptr));
+        xcbConnection(),
+        xcb_get_property(xcbConnection(), 0, owner_, property_, type, 0, longest / unit), nullptr));
     return reply ? std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
                                static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))
                  : std::string();

@@ -2,7 +2,18 @@
 
 #include <cstdint>
 
+#include <QGuiApplication>
+
 namespace vigilo::platform {
+
+xcb_connection_t* xcbConnection() {
+    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return application == nullptr ? nullptr : application->connection();
+}
+
+xcb_window_t xcbRootWindow(xcb_connection_t* server) {
+    return xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+}
 
 xcb_atom_t xcbAtom(xcb_connection_t* server, std::string_view name) {
     const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(

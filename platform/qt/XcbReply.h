@@ -16,6 +16,11 @@ struct FreeXcbReply {
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
 
+/// The toolkit's own connection; null where it has none. Main thread.
+xcb_connection_t* xcbConnection();
+
+xcb_window_t xcbRootWindow(xcb_connection_t* server);
+
 /// The server's number of a name; XCB_ATOM_NONE when it does not answer. Waits for the server.
 xcb_atom_t xcbAtom(xcb_connection_t* server, std::string_view name);
 

@@ -3,6 +3,7 @@
 and how its owner lifts it. Usage: agent_lock_test.py VIGILO HOSTILE_WINDOW"""
 
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -14,7 +15,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from harness.buses import SessionBus
 from harness.display import VirtualDisplay, windows_named
-from harness.focus import lock_has_keyboard
+from harness.focus import focused_window, lock_has_keyboard
 from harness.owner import PASSWORD, UID, Owner
 from harness.pictures import DESKTOP, Picture
 from harness.processes import Processes, end, environment, wait_until
@@ -228,6 +229,47 @@ class AgentLock(unittest.TestCase):
         # What is typed while the covers change goes to one that is about to go.
         self.display.settle(quiet=1)
         self.unlock()
+
+    def stacked_covers(self):
+        """Those that are shown, the topmost first."""
+        children = subprocess.run(
+            ["xwininfo", "-root", "-children"], env=self.variables, check=True, stdout=subprocess.PIPE, text=True
+        ).stdout
+        shown = {int(window) for window in windows_named(self.display.name, "Agent Lock")}
+        order = [int(number, 16) for number in re.findall(r"^ +(0x[0-9a-f]+) ", children, re.MULTILINE)]
+        return [window for window in order if window in shown]
+
+    def test_of_two_monitors_that_show_the_same_one_has_the_cover_on_top(self):
+        self.xrandr("--delmonitor", "right")
+        self.xrandr("--setmonitor", "right", LEFT, "none")
+        wait_until(lambda: len(self.stacked_covers()) == 2, "the covers")
+        self.display.settle(quiet=1)
+        orders = []
+        for _ in range(40):
+            orders.append(self.stacked_covers())
+            time.sleep(0.013)
+        self.assertEqual([orders[0]] * 40, orders)
+        self.assertEqual(focused_window(self.display.name), str(orders[0][0]))
+        self.unlock()
+
+    def test_windows_that_move_do_not_wake_the_program_once_it_is_lifted(self):
+        self.unlock()
+        self.processes.start(["xev", "-event", "button"], env=self.variables)
+        window = wait_until(lambda: windows_named(self.display.name, "Event Tester"), "the window")[0]
+        self.display.settle(quiet=1)
+        moves, before = 300, self.wakes()
+        # Beside the program's own window, which would have to be drawn again.
+        places = (str(1000 + step % 50) for step in range(moves))
+        path = [word for place in places for word in ("windowmove", "--sync", window, place, "100", "sleep", "0.002")]
+        subprocess.run(["xdotool", *path], env=self.variables, check=True)
+        # It counts the seconds meanwhile.
+        self.assertLess(self.wakes() - before, moves)
+
+    def wakes(self):
+        """How often the program's main thread has waited for something."""
+        (program,) = self.running("vigilo")
+        with open("/proc/%d/status" % program, encoding="utf-8") as file:
+            return int(re.search(r"^voluntary_ctxt_switches:\s*(\d+)", file.read(), re.MULTILINE)[1])
 
 
 class WithOpenbox(AgentLock):

@@ -1,8 +1,8 @@
 #include "platform/qt/covers/X11Placement.h"
 
-#include "platform/Fatal.h"
 #include "platform/qt/XcbReply.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -28,35 +28,31 @@ constexpr auto grabPause = 100ms;
 
 constexpr std::size_t eventSize = 32; // of every event of the core protocol, in bytes
 
-xcb_connection_t* connection() {
-    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (application == nullptr) {
-        fatal("an X11 cover without an X server");
-    }
-    return application->connection();
-}
-
-xcb_window_t rootWindow() {
-    return xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;
-}
-
 /// Asks compositors to go on drawing the window with all others, which some do not for one that
 /// fills a display: Mutter then loses track of which is on top when several come and go.
 void keepComposited(xcb_window_t window) {
     const std::uint32_t never = 2;
-    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window,
-                        xcbAtom(connection(), "_NET_WM_BYPASS_COMPOSITOR"), XCB_ATOM_CARDINAL, 32,
-                        1, &never);
+    xcb_change_property(xcbConnection(), XCB_PROP_MODE_REPLACE, window,
+                        xcbAtom(xcbConnection(), "_NET_WM_BYPASS_COMPOSITOR"), XCB_ATOM_CARDINAL,
+                        32, 1, &never);
 }
 
 /// Adds to what we hear of a window; the toolkit's own choice stays.
 void selectEvents(xcb_window_t window, std::uint32_t events) {
     const XcbReply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-        connection(), xcb_get_window_attributes(connection(), window), nullptr));
+        xcbConnection(), xcb_get_window_attributes(xcbConnection(), window), nullptr));
     if (attributes) {
         const std::uint32_t mask = attributes->your_event_mask | events;
-        xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &mask);
+        xcb_change_window_attributes(xcbConnection(), window, XCB_CW_EVENT_MASK, &mask);
     }
+}
+
+/// Whether another cover lies over part of this one: displays that show the same have one each.
+bool sharesItsPlace(const QWindow& cover) {
+    return std::ranges::any_of(QGuiApplication::topLevelWindows(), [&cover](const QWindow* window) {
+        return window != &cover && platform::isCover(window) &&
+               window->geometry().intersects(cover.geometry());
+    });
 }
 
 bool isCover(xcb_window_t id) {
@@ -85,14 +81,17 @@ bool mayUncover(const xcb_generic_event_t* event, xcb_window_t cover, const QRec
     }
     case XCB_CIRCULATE_NOTIFY:
         return true;
-    case XCB_VISIBILITY_NOTIFY: {
-        const auto* const visibility =
-            reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
-        return visibility->window == cover && visibility->state != XCB_VISIBILITY_UNOBSCURED;
-    }
     default:
         return false;
     }
+}
+
+bool isHidden(const xcb_generic_event_t* event, xcb_window_t cover) {
+    if ((event->response_type & 0x7F) != XCB_VISIBILITY_NOTIFY) {
+        return false;
+    }
+    const auto* const visibility = reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
+    return visibility->window == cover && visibility->state != XCB_VISIBILITY_UNOBSCURED;
 }
 
 bool losesFocus(const xcb_generic_event_t* event, xcb_window_t cover) {
@@ -124,12 +123,12 @@ X11Placement::~X11Placement() {
 void X11Placement::show() {
     view_.create();
     window_ = static_cast<xcb_window_t>(view_.winId());
-    selectEvents(rootWindow(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE);
+    rootEvents_ = RootEvents::hear();
     selectEvents(window_, XCB_EVENT_MASK_VISIBILITY_CHANGE);
     keepComposited(window_);
     paintGround();
     readFrame();
-    order_.emplace(connection(), window_);
+    order_.emplace(xcbConnection(), window_);
     qGuiApp->installNativeEventFilter(this);
     view_.show();
     putOnTop();
@@ -137,7 +136,7 @@ void X11Placement::show() {
 
 void X11Placement::takeKeyboard() {
     if (XwaylandFocus::isNeeded()) {
-        waylandFocus_.emplace(connection());
+        waylandFocus_.emplace(xcbConnection());
     }
     grabKeyboard();
     focusKeeper_.emplace([this] { return hasFocus(); },
@@ -164,7 +163,8 @@ bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message,
     }
     order_->answer(event);
     isOverlooked_ = isOverlooked_ || order_->isOverlooked(event);
-    if ((isOverlooked_ || mayUncover(event, window_, frame_)) && !raiseTimer_.isActive()) {
+    if ((isOverlooked_ || mayUncover(event, window_, frame_) || mayBeHidden(event)) &&
+        !raiseTimer_.isActive()) {
         if (sinceRaise_.isValid() && sinceRaise_.elapsed() < raisePause.count()) {
             raiseTimer_.start(raisePause);
         } else {
@@ -174,17 +174,23 @@ bool X11Placement::nativeEventFilter(const QByteArray& eventType, void* message,
     return false;
 }
 
+/// Of covers in the same place the one with the keyboard is on top, as the prompt is on it; the
+/// others would raise themselves above each other for ever.
+bool X11Placement::mayBeHidden(const xcb_generic_event_t* event) const {
+    return isHidden(event, window_) && (focusKeeper_ || !sharesItsPlace(view_));
+}
+
 /// Lets the server itself fill what the toolkit has yet to draw. Otherwise what was there before
 /// would show on: when the cover appears, and when a compositor comes or goes.
 void X11Placement::paintGround() {
     const std::uint32_t colour = view_.color().rgba();
-    xcb_change_window_attributes(connection(), window_, XCB_CW_BACK_PIXEL, &colour);
+    xcb_change_window_attributes(xcbConnection(), window_, XCB_CW_BACK_PIXEL, &colour);
 }
 
 /// Where the cover is to stay, in the server's own pixels.
 void X11Placement::readFrame() {
-    const XcbReply<xcb_get_geometry_reply_t> reply(
-        xcb_get_geometry_reply(connection(), xcb_get_geometry(connection(), window_), nullptr));
+    const XcbReply<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
+        xcbConnection(), xcb_get_geometry(xcbConnection(), window_), nullptr));
     if (reply) {
         frame_ = QRect(reply->x, reply->y, reply->width, reply->height);
     }
@@ -201,17 +207,17 @@ void X11Placement::putOnTop() {
         .sibling = XCB_NONE,
         .stack_mode = XCB_STACK_MODE_ABOVE,
     };
-    xcb_configure_window_aux(connection(), window_,
+    xcb_configure_window_aux(xcbConnection(), window_,
                              XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                                  XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH |
                                  XCB_CONFIG_WINDOW_STACK_MODE,
                              &values);
-    xcb_map_window(connection(), window_);
+    xcb_map_window(xcbConnection(), window_);
     if (std::exchange(isOverlooked_, false)) {
         putUpAnew();
     }
     order_->followRaise();
-    xcb_flush(connection());
+    xcb_flush(xcbConnection());
     sinceRaise_.start();
 }
 
@@ -233,17 +239,17 @@ bool X11Placement::hasFocus() const {
 
 void X11Placement::grabKeyboard() {
     // No window manager gives the focus to a window that it does not manage.
-    xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
-    const auto focusRequest = xcb_get_input_focus(connection());
+    xcb_set_input_focus(xcbConnection(), XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
+    const auto focusRequest = xcb_get_input_focus(xcbConnection());
     // Everything comes to this window, even when the focus is given to another one of ours.
     constexpr std::uint8_t ownerEvents = 0;
     const XcbReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
-        connection(),
-        xcb_grab_keyboard(connection(), ownerEvents, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-                          XCB_GRAB_MODE_ASYNC),
+        xcbConnection(),
+        xcb_grab_keyboard(xcbConnection(), ownerEvents, window_, XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
         nullptr));
     const XcbReply<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(connection(), focusRequest, nullptr));
+        xcb_get_input_focus_reply(xcbConnection(), focusRequest, nullptr));
     if (focus && focus->focus == window_ && QGuiApplication::focusWindow() != &view_) {
         tellToolkit();
     }
@@ -263,8 +269,8 @@ void X11Placement::tellToolkit() {
                                     .pad0 = {}};
     std::array<char, eventSize> event{};
     std::memcpy(event.data(), &news, sizeof news);
-    xcb_send_event(connection(), 0, window_, XCB_EVENT_MASK_NO_EVENT, event.data());
-    xcb_flush(connection());
+    xcb_send_event(xcbConnection(), 0, window_, XCB_EVENT_MASK_NO_EVENT, event.data());
+    xcb_flush(xcbConnection());
 }
 
 } // namespace vigilo::platform

@@ -4,9 +4,11 @@
 #include "platform/qt/covers/CoverPlacement.h"
 #include "platform/qt/covers/FocusKeeper.h"
 #include "platform/qt/covers/GnomeOverview.h"
+#include "platform/qt/covers/RootEvents.h"
 #include "platform/qt/covers/XwaylandFocus.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include <QAbstractNativeEventFilter>
@@ -36,12 +38,14 @@ private:
     void readFrame();
     void putOnTop();
     void putUpAnew();
+    bool mayBeHidden(const xcb_generic_event_t* event) const;
     void grabKeyboard();
     void tellToolkit();
     bool hasFocus() const;
 
     QQuickView& view_;
-    std::uint32_t window_ = 0; ///< the server's number, once it is shown
+    std::shared_ptr<RootEvents> rootEvents_; ///< once it is shown, as is the next
+    std::uint32_t window_ = 0;               ///< the server's number
     QRect frame_;
     QTimer raiseTimer_;
     QElapsedTimer sinceRaise_;

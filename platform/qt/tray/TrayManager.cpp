@@ -16,17 +16,12 @@ namespace vigilo::platform {
 
 namespace {
 
-xcb_connection_t* connection() {
-    const auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return application == nullptr ? nullptr : application->connection();
-}
-
 xcb_atom_t atom(std::string_view name) {
-    return xcbAtom(connection(), name);
+    return xcbAtom(xcbConnection(), name);
 }
 
 const xcb_screen_t& screen() {
-    return *xcb_setup_roots_iterator(xcb_get_setup(connection())).data;
+    return *xcb_setup_roots_iterator(xcb_get_setup(xcbConnection())).data;
 }
 
 constexpr std::uint32_t requestDock = 0; // SYSTEM_TRAY_REQUEST_DOCK
@@ -39,8 +34,8 @@ TrayManager::TrayManager(std::function<void()> onChanged)
 
 bool TrayManager::isTranslucent() const {
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection(),
-        xcb_get_property(connection(), 0, selection_.owner(), atom("_NET_SYSTEM_TRAY_VISUAL"),
+        xcbConnection(),
+        xcb_get_property(xcbConnection(), 0, selection_.owner(), atom("_NET_SYSTEM_TRAY_VISUAL"),
                          XCB_ATOM_VISUALID, 0, 1),
         nullptr));
     if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_visualid_t)) {
@@ -76,8 +71,8 @@ void TrayManager::dock(std::uint32_t window) const {
     // By the XEmbed specification: version 0, and it wants to be mapped.
     const xcb_atom_t information = atom("_XEMBED_INFO");
     const std::array<std::uint32_t, 2> values{0, 1};
-    xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, information, information, 32,
-                        values.size(), values.data());
+    xcb_change_property(xcbConnection(), XCB_PROP_MODE_REPLACE, window, information, information,
+                        32, values.size(), values.data());
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
@@ -86,19 +81,20 @@ void TrayManager::dock(std::uint32_t window) const {
     request.data.data32[0] = XCB_CURRENT_TIME;
     request.data.data32[1] = requestDock;
     request.data.data32[2] = window;
-    xcb_send_event(connection(), 0, selection_.owner(), XCB_EVENT_MASK_NO_EVENT,
+    xcb_send_event(xcbConnection(), 0, selection_.owner(), XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&request));
-    xcb_flush(connection());
+    xcb_flush(xcbConnection());
 }
 
 QColor TrayManager::colourBehind(std::uint32_t window) {
     // The server paints the parent's background into the window, and tells what it has painted.
     const std::uint32_t parentsOwn = XCB_BACK_PIXMAP_PARENT_RELATIVE;
-    xcb_change_window_attributes(connection(), window, XCB_CW_BACK_PIXMAP, &parentsOwn);
-    xcb_clear_area(connection(), 0, window, 0, 0, 1, 1);
+    xcb_change_window_attributes(xcbConnection(), window, XCB_CW_BACK_PIXMAP, &parentsOwn);
+    xcb_clear_area(xcbConnection(), 0, window, 0, 0, 1, 1);
     const XcbReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
-        connection(),
-        xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
+        xcbConnection(),
+        xcb_get_image(xcbConnection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U),
+        nullptr));
     QRgb pixel = 0;
     if (image && xcb_get_image_data_length(image.get()) >= static_cast<int>(sizeof pixel)) {
         std::memcpy(&pixel, xcb_get_image_data(image.get()), sizeof pixel);

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -15,7 +17,10 @@ namespace vigilo {
 
 namespace {
 
-constexpr std::uint64_t callLimit = 1'000'000; // microseconds
+using Clock = std::chrono::steady_clock;
+using std::chrono::microseconds;
+
+constexpr microseconds callLimit{1'000'000};
 constexpr auto messageBus = "org.freedesktop.DBus";
 constexpr auto messageBusPath = "/org/freedesktop/DBus";
 constexpr auto logind = "org.freedesktop.login1";
@@ -143,24 +148,43 @@ bool isLocked(sd_bus* bus, const std::string& session) {
            isLocked != 0;
 }
 
+/// Whether the bus greets us in time. The limit of calls is none for that: the first one would wait
+/// for a bus that hangs for a minute and a half.
+bool isReady(sd_bus* bus) {
+    const auto deadline = Clock::now() + callLimit;
+    int ready = 0;
+    while ((ready = sd_bus_is_ready(bus)) == 0) {
+        const int processed = sd_bus_process(bus, nullptr);
+        if (processed < 0) {
+            return false;
+        }
+        const auto left = std::chrono::duration_cast<microseconds>(deadline - Clock::now());
+        if (processed == 0 && (left <= microseconds::zero() ||
+                               sd_bus_wait(bus, static_cast<std::uint64_t>(left.count())) < 0)) {
+            return false;
+        }
+    }
+    return ready > 0;
+}
+
 } // namespace
 
 void SessionLock::Close::operator()(sd_bus* bus) const {
-    sd_bus_flush_close_unref(bus);
+    // Whatever was sent has been answered, or is not going to be.
+    sd_bus_close_unref(bus);
 }
 
-SessionLock::SessionLock() {
-    sd_bus* bus = nullptr;
-    if (sd_bus_open_system(&bus) >= 0) {
-        system_.reset(bus);
-        sd_bus_set_method_call_timeout(bus, callLimit);
+SessionLock::Bus SessionLock::open(int (*opener)(sd_bus** bus)) {
+    sd_bus* opened = nullptr;
+    if (opener(&opened) < 0) {
+        return nullptr;
     }
-    bus = nullptr;
-    if (sd_bus_open_user(&bus) >= 0) {
-        session_.reset(bus);
-        sd_bus_set_method_call_timeout(bus, callLimit);
-    }
+    Bus bus(opened);
+    sd_bus_set_method_call_timeout(bus.get(), static_cast<std::uint64_t>(callLimit.count()));
+    return isReady(bus.get()) ? std::move(bus) : nullptr;
 }
+
+SessionLock::SessionLock() : system_(open(sd_bus_open_system)) {}
 
 SessionLock::~SessionLock() = default;
 
@@ -170,7 +194,9 @@ bool SessionLock::request() {
         const auto session = askLogind(system_.get());
         mayBeTaken = session && isAnybodyListening(system_.get(), *session);
     }
-    if (session_ && isOwned("org.gnome.ScreenSaver")) {
+    // Only now, so that one that hangs does not hold the other up.
+    session_ = open(sd_bus_open_user);
+    if (isOwned("org.gnome.ScreenSaver")) {
         sd_bus_call_method(session_.get(), "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver",
                            "org.gnome.ScreenSaver", "SetActive", nullptr, nullptr, "b", 1);
         mayBeTaken = true;
@@ -205,12 +231,18 @@ void SessionLock::sleepMutterDisplays() {
 }
 
 bool SessionLock::isOwned(const char* name) {
+    if (!session_) {
+        return false;
+    }
     Reply reply;
     int isOwned = 0;
-    return session_ &&
-           sd_bus_call_method(session_.get(), messageBus, messageBusPath, messageBus,
-                              "NameHasOwner", nullptr, &reply.message, "s", name) >= 0 &&
-           sd_bus_message_read(reply.message, "b", &isOwned) >= 0 && isOwned != 0;
+    const int result = sd_bus_call_method(session_.get(), messageBus, messageBusPath, messageBus,
+                                          "NameHasOwner", nullptr, &reply.message, "s", name);
+    if (result == -ETIMEDOUT) {
+        // It would keep every further question waiting, too.
+        session_.reset();
+    }
+    return result >= 0 && sd_bus_message_read(reply.message, "b", &isOwned) >= 0 && isOwned != 0;
 }
 
 } // namespace vigilo

@@ -7,8 +7,8 @@ struct sd_bus;
 namespace vigilo {
 
 /// The system's own lock of this login session: logind passes the request on to whatever locks the
-/// screen here, and GNOME's screen saver is asked beside it. Every failure is silent; no call waits
-/// for longer than a second.
+/// screen here, and GNOME's screen saver is asked beside it. Every failure is silent; no question
+/// waits for longer than a second, and a bus that does not greet us within one is done without.
 class SessionLock {
 public:
     SessionLock();
@@ -33,10 +33,11 @@ private:
     };
     using Bus = std::unique_ptr<sd_bus, Close>;
 
+    static Bus open(int (*opener)(sd_bus** bus));
     bool isOwned(const char* name);
 
     Bus system_;
-    Bus session_;
+    Bus session_; ///< from the request on
 };
 
 } // namespace vigilo

@@ -3,8 +3,10 @@
 
 import errno
 import os
+import signal
 import subprocess
 import sys
+import threading
 import time
 import unittest
 
@@ -83,6 +85,57 @@ class LogindPower(unittest.TestCase):
             self.addCleanup(service.stdout.close)
             self.assertEqual(service.stdout.readline(), "ready\n")
             self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 0\n")
+
+    def hold_beside_a_session_bus(self):
+        """A driver that holds an assertion, its number, the desktop's service, and the session bus of both."""
+        session_bus = self.enterContext(SessionBus())
+        processes = self.enterContext(Processes())
+        variables = environment(DBUS_SESSION_BUS_ADDRESS=session_bus.address)
+        service = processes.serve("fake_power_service.py", "power-manager", "grant", env=variables)
+        driver = self.driver(session_bus=session_bus)
+        status, number = driver.create()
+        self.assertEqual(status, 0)
+        self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 0\n")
+        return driver, number, service, session_bus.daemon
+
+    def test_who_lets_go_waits_for_no_bus_that_hangs(self):
+        driver, number, service, daemon = self.hold_beside_a_session_bus()
+        daemon.send_signal(signal.SIGSTOP)
+        self.addCleanup(daemon.send_signal, signal.SIGCONT)
+        before = driver.threads()
+        # What is held is taken anew, which has to wait.
+        self.bus.announce_sleep(False)
+        wait_until(lambda: driver.threads() > before, "the request")
+        time.sleep(0.5)
+        given_up = threading.Timer(60, daemon.send_signal, [signal.SIGCONT])
+        self.addCleanup(given_up.cancel)
+        given_up.start()
+        driver.release(number)
+        self.assertTrue(given_up.is_alive(), "it waited for the bus")
+        daemon.send_signal(signal.SIGCONT)
+        self.assertEqual(service.stdout.readline(), "release 0\n")
+
+    def test_somebody_who_says_again_and_again_that_the_machine_woke_makes_few_requests(self):
+        import dbus.lowlevel  # only where there is such a bus
+
+        driver, _, service, daemon = self.hold_beside_a_session_bus()
+        before = driver.threads()
+        daemon.send_signal(signal.SIGSTOP)
+        self.addCleanup(daemon.send_signal, signal.SIGCONT)
+        stranger = dbus.bus.BusConnection(self.bus.address)
+        self.addCleanup(stranger.close)
+        for _ in range(200):
+            signal_of_waking = dbus.lowlevel.SignalMessage(
+                "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep"
+            )
+            signal_of_waking.append(False, signature="b")
+            stranger.send_message(signal_of_waking)
+        stranger.flush()
+        wait_until(lambda: driver.threads() > before + 2, "the requests")
+        time.sleep(1)
+        self.assertLess(driver.threads(), before + 20)
+        daemon.send_signal(signal.SIGCONT)
+        self.assertEqual(service.stdout.readline(), "Inhibit Vigilo -> 1\n")
 
     def test_an_idle_machine_is_put_off_only_after_the_release(self):
         # Off rather than to sleep, since not every kernel can sleep; who is asked for it is a

@@ -1,6 +1,6 @@
 #include "platform/linux/bus/SessionBus.h"
 
-#include "platform/linux/bus/SessionBusProbe.h"
+#include "platform/linux/bus/BusProbe.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,6 +11,7 @@ namespace vigilo::platform {
 
 namespace {
 using namespace std::chrono_literals;
+constexpr auto answerLimit = 2s;
 constexpr std::chrono::milliseconds firstPause = 250ms;
 constexpr std::chrono::milliseconds longestPause = 30000ms;
 } // namespace
@@ -57,7 +58,7 @@ void SessionBus::lookLater() {
 void SessionBus::look() {
     runLoop_.runInBackground([weak = std::weak_ptr(self_), runLoop = &runLoop_] {
         QString name;
-        if (sessionBusState() == SessionBusState::answers) {
+        if (busState(MessageBus::session, answerLimit) == BusState::answers) {
             name = QUuid::createUuid().toString();
             QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
         }

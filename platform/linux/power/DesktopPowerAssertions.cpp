@@ -18,6 +18,9 @@ constexpr auto createAnswerLimit = 1700ms;
 // A retake holds nobody up.
 constexpr auto retakeAnswerLimit = 10s;
 
+// Each has a thread and two connections. Anybody may tell the machine's bus that it has woken.
+constexpr int mostRequests = 8;
+
 constexpr auto firstPause = 500ms;
 constexpr auto longestPause = 30000ms;
 
@@ -108,6 +111,10 @@ void DesktopPowerAssertions::retake(std::uint32_t id, bool needsSessionBus) {
     // This attempt is as good as the next one would be, which would only take its place.
     if (held.retry) {
         std::exchange(held.retry, nullptr)->invalidate();
+    }
+    if (*requestsUnderWay_ >= mostRequests) {
+        retryLater(id, needsSessionBus);
+        return;
     }
     // The token is what the finished request finds its way back by: it is gone when the assertion
     // is released, overtaken by a later attempt or ended with the program.

@@ -1,5 +1,6 @@
 #include "platform/linux/power/InhibitionRequest.h"
 
+#include "platform/linux/bus/BusProbe.h"
 #include "platform/linux/power/CallLimit.h"
 #include "platform/linux/power/InhibitCall.h"
 #include "platform/linux/power/PortalInhibition.h"
@@ -21,6 +22,12 @@
 namespace vigilo::platform {
 
 namespace {
+
+/// The toolkit connects in a thread that it has for all connections, and opens and closes no other
+/// meanwhile: a bus that hangs would hold up whoever lets go of a lock.
+bool hangs(MessageBus bus, const QDeadlineTimer& deadline) {
+    return busState(bus, std::chrono::milliseconds(millisecondsLeft(deadline))) == BusState::hangs;
+}
 
 /// The names owned on a bus; none when it does not say within the limit.
 std::optional<std::vector<std::string>> ownedNames(const QDBusConnection& connection,
@@ -136,6 +143,9 @@ InhibitionResult askServices(const InhibitionRequest& request, const QDeadlineTi
 InhibitionResult takeInhibitions(const InhibitionRequest& request) {
     const QDeadlineTimer deadline(request.limit);
     PowerBuses buses;
+    if (hangs(MessageBus::session, deadline)) {
+        return noReply(std::move(buses));
+    }
     buses.session = std::make_shared<PrivateBus>(QDBusConnection::SessionBus);
     if (deadline.hasExpired()) {
         // Whoever asked has gone on without.
@@ -150,6 +160,9 @@ InhibitionResult takeInhibitions(const InhibitionRequest& request) {
         Answers answers;
         answers.add(InhibitMeans::portal, grant.status, std::move(grant.inhibition));
         return answers.take(std::move(buses));
+    }
+    if (hangs(MessageBus::system, deadline)) {
+        return noReply(std::move(buses));
     }
     buses.system = std::make_shared<PrivateBus>(QDBusConnection::SystemBus);
     std::optional<std::vector<std::string>> names = std::vector<std::string>{};

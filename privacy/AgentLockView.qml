@@ -20,7 +20,10 @@ FocusScope {
     Keys.onDownPressed: agentStatusPanel.scroll(1)
     // Whoever begins to type a password means to unlock; the platform passes the key on to the prompt.
     Keys.onPressed: event => {
-        if (event.text.length > 0 && event.text > " " && !(event.modifiers & Qt.ControlModifier) && event.key !== Qt.Key_Escape && event.key !== Qt.Key_Delete) {
+        const isCharacter = event.text.length > 0 && event.text > " " && event.key !== Qt.Key_Escape && event.key !== Qt.Key_Delete;
+        // A dead key or Compose, the first of several for one character.
+        const beginsCharacter = event.key === Qt.Key_Multi_key || (event.key >= Qt.Key_Dead_Grave && event.key <= Qt.Key_Dead_Longsolidusoverlay);
+        if ((isCharacter || beginsCharacter) && !(event.modifiers & Qt.ControlModifier)) {
             view.model.pressUnlock();
         }
     }

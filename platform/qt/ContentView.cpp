@@ -3,6 +3,7 @@
 #include "platform/Fatal.h"
 #include "platform/qt/covers/Leaving.h"
 #include "platform/qt/covers/WaylandGlobals.h"
+#include "platform/qt/prompt/ComposeKeys.h"
 #include "platform/qt/prompt/PasswordField.h"
 
 #include <utility>
@@ -104,8 +105,9 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
     const QQuickItem* const before = activeFocusItem();
     QQuickView::keyPressEvent(event);
     const auto* const now = activeFocusItem();
-    const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint() &&
-                         event->key() != Qt::Key_Space;
+    const bool isTyped = ComposeKeys::begins(event->nativeVirtualKey()) ||
+                         (!event->text().isEmpty() && event->text().front().isPrint() &&
+                          event->key() != Qt::Key_Space);
     if (now != before && isTyped && qobject_cast<const PasswordField*>(now) != nullptr) {
         QQuickView::keyPressEvent(event);
     }

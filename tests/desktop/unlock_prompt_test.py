@@ -3,7 +3,9 @@
 system can go wrong, read as a screen reader reads it. Usage: unlock_prompt_test.py VIGILO MODULE"""
 
 import os
+import shutil
 import signal
+import subprocess
 import sys
 import time
 import unittest
@@ -11,7 +13,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
 from harness.pam import OddPam
-from harness.processes import end, wait_until
+from harness.processes import end, environment, wait_until
 from harness.prompt_test import NOT_NOW, NOT_RIGHT, PromptTest
 
 PromptTest.vigilo, PromptTest.module = sys.argv[1:3]
@@ -161,6 +163,41 @@ class UnlockPrompt(PromptTest):
         self.wait_for_message(NOT_RIGHT)
         self.unlock()
 
+    def test_characters_of_several_keys_are_composed(self):
+        self.display.use_layouts("de", "")
+        self.pam.does("expect", "é^à", "ask", "Password:")
+        # The first opens the prompt.
+        self.display.key("dead_acute")
+        wait_until(self.prompt, "the prompt")
+        self.unlock_with("e", "dead_circumflex", "space", "dead_acute", "BackSpace", "dead_grave", "a", "Return")
+
+    def test_what_other_programs_offer_is_pasted(self):
+        for target in ("text/plain;charset=utf-8", "UTF8_STRING", "STRING"):
+            with self.subTest(target=target):
+                owner = self.processes.start(
+                    ["xclip", "-selection", "clipboard", "-target", target, "-quiet"],
+                    env=environment(DISPLAY=self.display.name), stdin=subprocess.PIPE,
+                )
+                owner.stdin.write(b"right\n")
+                owner.stdin.close()
+                wait_until(lambda: self.display.selection_owner("CLIPBOARD"), "the clipboard")
+                self.open()
+                self.unlock_with("ctrl+v", "Return")
+                self.lock()
+                end(owner)
+                wait_until(lambda: not self.display.selection_owner("CLIPBOARD"), "the clipboard to go")
+
+    def test_where_no_password_is_right_the_way_out_keeps_the_keyboard(self):
+        self.pam.lock_password()
+        self.open()
+        self.wait_for_message("No password can be checked here. Apple Lock is the way out.")
+        wait_until(self.is_way_out_focused, "the focus on the way out")
+        self.display.key("Tab", "shift+Tab")
+        self.display.click_at(20, 20)
+        self.display.settle()
+        self.assertTrue(self.is_way_out_focused())
+        self.stay_locked()
+
     def test_a_helper_that_is_killed_leaves_the_lock_up(self):
         self.open()
         for steps, answer in (
@@ -201,7 +238,7 @@ class UnlockPrompt(PromptTest):
 
 
 if __name__ == "__main__":
-    reason = OddPam.missing()
+    reason = OddPam.missing() or (None if shutil.which("xclip") else "xclip is not installed")
     if reason:
         print("skipped: " + reason)
         sys.exit(77)

@@ -28,18 +28,26 @@ class OddPam:
         os.symlink(os.path.abspath(module), self._module)
         self._services = os.path.join(self.folder, "pam.d")
         os.mkdir(self._services)
+        self._write_shadow("$6$none$none")
+
+    def _write_shadow(self, password):
+        """All accounts, root's with another password, encrypted."""
         shadow = os.path.join(self.folder, "shadow")
         with open("/etc/shadow", encoding="utf-8") as before, open(shadow, "w", encoding="utf-8") as after:
             os.chmod(shadow, 0o600)
             for line in before:
                 fields = line.split(":")
-                after.write(":".join([fields[0], "$6$none$none"] + fields[2:]) if fields[0] == "root" else line)
+                after.write(":".join([fields[0], password] + fields[2:]) if fields[0] == "root" else line)
 
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
         shutil.rmtree(self.folder, ignore_errors=True)
+
+    def lock_password(self):
+        """From the next attempt on no password can be right."""
+        self._write_shadow("!")
 
     def does(self, *steps):
         """What the module does from the next attempt on."""

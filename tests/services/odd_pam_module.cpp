@@ -1,5 +1,6 @@
 // A PAM module for tests that behaves as its arguments say, one after another:
 //   ask TEXT      asks with this text ("_" stands for a blank); only "right" is right
+//   expect TEXT   from now on only this is right
 //   say TEXT      has something to say
 //   delay TIME    wants about so many milliseconds to pass after a wrong answer
 //   hang          does not come back
@@ -47,12 +48,12 @@ std::string words(std::string text) {
     return text;
 }
 
-bool isRight(pam_handle_t* handle, const std::string& question) {
+bool isRight(pam_handle_t* handle, const std::string& question, std::string_view expected) {
     char* answer = nullptr;
     const int status =
         pam_prompt(handle, PAM_PROMPT_ECHO_OFF, &answer, "%s", words(question).c_str());
     const bool isRight =
-        status == PAM_SUCCESS && answer != nullptr && std::string_view(answer) == "right";
+        status == PAM_SUCCESS && answer != nullptr && std::string_view(answer) == expected;
     std::free(answer);
     return isRight;
 }
@@ -112,15 +113,18 @@ void write(std::string_view bytes) {
 } // namespace
 
 extern "C" int pam_sm_authenticate(pam_handle_t* handle, int, int argc, const char** argv) {
+    std::string_view expected = "right";
     for (int index = 0; index < argc; ++index) {
         const std::string_view step = argv[index];
         if (step == "ask" || step == "say") {
             const std::string text = argv[++index];
             if (step == "say") {
                 pam_info(handle, "%s", words(text).c_str());
-            } else if (!isRight(handle, text)) {
+            } else if (!isRight(handle, text, expected)) {
                 return PAM_AUTH_ERR;
             }
+        } else if (step == "expect") {
+            expected = argv[++index];
         } else if (step == "delay") {
             pam_fail_delay(handle,
                            static_cast<unsigned>(std::strtoul(argv[++index], nullptr, 10)) * 1000);

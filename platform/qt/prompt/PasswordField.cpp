@@ -1,6 +1,8 @@
 #include "platform/qt/prompt/PasswordField.h"
 
+#include <clocale>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include <QClipboard>
@@ -28,9 +30,16 @@ private:
     QByteArray bytes_;
 };
 
+/// What the toolkit has set by the environment.
+std::string currentLocale() {
+    const char* const locale = std::setlocale(LC_CTYPE, nullptr);
+    return locale != nullptr ? locale : "C";
+}
+
 } // namespace
 
-PasswordField::PasswordField(QQuickItem* parent) : QQuickItem(parent) {
+PasswordField::PasswordField(QQuickItem* parent)
+    : QQuickItem(parent), composeKeys_(currentLocale()) {
     setFlag(ItemIsFocusScope, false);
     setActiveFocusOnTab(true);
     setFlag(ItemAcceptsInputMethod, false);
@@ -38,10 +47,16 @@ PasswordField::PasswordField(QQuickItem* parent) : QQuickItem(parent) {
 
 void PasswordField::clear() {
     text_.clear();
+    composeKeys_.reset();
     Q_EMIT edited();
 }
 
 void PasswordField::keyPressEvent(QKeyEvent* event) {
+    if (compose(*event)) {
+        Q_EMIT edited();
+        event->accept();
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -60,6 +75,21 @@ void PasswordField::keyPressEvent(QKeyEvent* event) {
         Q_EMIT edited();
     }
     event->accept();
+}
+
+/// Whether the key was part of a character that takes several. One that breaks such a character off
+/// does what it always does, but for the one that is meant to take it back.
+bool PasswordField::compose(const QKeyEvent& event) {
+    switch (composeKeys_.press(event.nativeVirtualKey(), text_)) {
+    case ComposeKeys::Outcome::composing:
+    case ComposeKeys::Outcome::composed:
+        return true;
+    case ComposeKeys::Outcome::cancelled:
+        return event.key() == Qt::Key_Backspace;
+    case ComposeKeys::Outcome::ordinary:
+        break;
+    }
+    return false;
 }
 
 /// Whether the key was one that edits.
@@ -85,7 +115,10 @@ void PasswordField::paste() {
     if (data == nullptr) {
         return;
     }
-    const PassingText pasted(data->data(QStringLiteral("text/plain;charset=utf-8")));
+    const QString utf8 = QStringLiteral("text/plain;charset=utf-8");
+    // On X11 other programs offer it by names of their own, which the toolkit knows as plain text.
+    const PassingText pasted(
+        data->data(data->hasFormat(utf8) ? utf8 : QStringLiteral("text/plain")));
     // One line at most: what is copied from a password manager often ends with one.
     text_.append(pasted.view().substr(0, pasted.view().find_first_of("\r\n")));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/authentication/SecretText.h"
+#include "platform/qt/prompt/ComposeKeys.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
@@ -32,10 +33,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    bool compose(const QKeyEvent& event);
     bool edit(const QKeyEvent& event);
     void paste();
 
     SecretText text_;
+    ComposeKeys composeKeys_;
 };
 
 } // namespace vigilo::platform

@@ -11,6 +11,11 @@ FocusScope {
     // Whatever is said, both the field and the button are on the display.
     readonly property bool isLow: height < 360
 
+    // Where nothing can be typed, only the button hears keys.
+    function focusOn(reason: int) {
+        (field.enabled ? field : stay).forceActiveFocus(reason);
+    }
+
     anchors.fill: parent
     focus: true
     Accessible.role: Accessible.Dialog
@@ -27,7 +32,7 @@ FocusScope {
         MouseArea {
             anchors.fill: parent
             hoverEnabled: true
-            onClicked: field.forceActiveFocus()
+            onClicked: prompt.focusOn(Qt.MouseFocusReason)
         }
     }
 
@@ -181,8 +186,8 @@ FocusScope {
                 text: prompt.model.cancelTitle
                 onClicked: prompt.model.cancel()
                 Keys.onEscapePressed: prompt.model.cancel()
-                Keys.onTabPressed: field.forceActiveFocus(Qt.TabFocusReason)
-                Keys.onBacktabPressed: field.forceActiveFocus(Qt.BacktabFocusReason)
+                Keys.onTabPressed: prompt.focusOn(Qt.TabFocusReason)
+                Keys.onBacktabPressed: prompt.focusOn(Qt.BacktabFocusReason)
 
                 background: Rectangle {
                     radius: 9

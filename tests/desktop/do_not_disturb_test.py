@@ -79,6 +79,14 @@ class DoNotDisturb(unittest.TestCase):
         perform(self.bus, "toggleProtection")
         self.wait_for(log, ASKED, GIVEN_BACK)
 
+    def test_a_service_that_takes_over_from_another_is_asked_too(self):
+        self.notifications("grant")
+        perform(self.bus, "agentLock")
+        _, log = self.notifications("grant")
+        self.wait_for(log, ASKED)
+        perform(self.bus, "toggleProtection")
+        self.wait_for(log, ASKED, GIVEN_BACK)
+
     def test_the_service_of_a_bus_that_replaces_another_is_asked_too(self):
         _, log = self.notifications("grant")
         perform(self.bus, "agentLock")

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """A desktop's notification service that can be asked for silence; prints what it is asked.
 Usage: fake_notification_service.py grant|slow|unable
-"slow" grants when it gets SIGUSR1; "unable" knows no such request."""
+It takes the name over from another, and lets others do so. "slow" grants when it gets SIGUSR1; "unable" knows no such request."""
 
 import signal
 import sys
@@ -42,6 +42,6 @@ class Inhibitable(Service):
 dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
 bus = dbus.SessionBus()
 service = (Service if ANSWER == "unable" else Inhibitable)(bus, "/org/freedesktop/Notifications")
-name = dbus.service.BusName(INTERFACE, bus)
+name = dbus.service.BusName(INTERFACE, bus, allow_replacement=True, replace_existing=True)
 print("ready", flush=True)
 GLib.MainLoop().run()

@@ -42,8 +42,15 @@ void DesktopNotifications::silence() {
         return;
     }
     owner_ = std::make_unique<QDBusServiceWatcher>(serviceName, bus_.connection(),
-                                                   QDBusServiceWatcher::WatchForRegistration);
-    connect(owner_.get(), &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
+                                                   QDBusServiceWatcher::WatchForOwnerChange);
+    // Also where one takes the name over from another, which then has granted in vain.
+    connect(owner_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) {
+                grant_.reset();
+                if (!owner.isEmpty()) {
+                    ask();
+                }
+            });
     ask();
 }
 

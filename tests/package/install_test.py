@@ -53,9 +53,11 @@ class Install(unittest.TestCase):
         for name in ("bin/vigilo", *("libexec/vigilo/vigilo-" + helper for helper in ("authenticate", "guard", "lock"))):
             self.assertTrue(os.stat(self.path(name)).st_mode & stat.S_IXOTH, name)
         for name in (
-            "libexec/vigilo/pam/common-auth/vigilo", "libexec/vigilo/pam/fingerprint/vigilo-fingerprint", "etc/pam.d/vigilo",
+            "libexec/vigilo/pam/common-auth/vigilo", "libexec/vigilo/pam/fingerprint/vigilo-fingerprint",
         ):
             self.assertTrue(os.path.exists(self.path(name)), name)
+        # Nobody would read it there.
+        self.assertFalse(os.path.exists(self.path("etc")))
 
     def test_the_systems_own_programs_are_configured_outside_of_their_prefix(self):
         with tempfile.TemporaryDirectory() as stage:

@@ -16,8 +16,8 @@ class SessionBus;
 inline constexpr auto applicationId = "io.github.vigilo.Vigilo";
 
 /// The running program as others on the session bus reach it: `org.freedesktop.Application`. It
-/// makes sure that there is one instance only, also on a bus that takes the place of the first one.
-/// Main thread.
+/// makes sure that there is one instance only; on a bus that takes the place of the first one it
+/// has the name where nobody was faster. Main thread.
 class ApplicationService : public QObject {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ public:
     enum class Claim {
         first,        ///< nobody else runs, or there is no session bus to know it by
         passedOn,     ///< the running instance was asked to come forward
-        doesNotAnswer ///< there is one that did not answer within two seconds
+        doesNotAnswer ///< there is one that did not answer within five seconds
     };
 
     /// The bus outlives it.

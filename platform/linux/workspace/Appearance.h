@@ -36,7 +36,7 @@ class AppearanceQuestion {
 public:
     explicit AppearanceQuestion(const QDBusConnection& bus);
 
-    /// As usual without an answer in time. Waits for half a second at most.
+    /// As usual without an answer in time. Waits for two seconds at most.
     Appearance answer();
 
 private:

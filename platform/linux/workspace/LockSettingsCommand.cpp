@@ -23,6 +23,7 @@ Command lockSettingsCommand(std::string_view currentDesktop,
                             const std::function<bool(std::string_view)>& isInstalled,
                             int gnomeVersion) {
     const std::vector<DesktopCommands> table{
+        {"Budgie", {{"budgie-control-center"}}},
         {"GNOME", {gnomeCommand(gnomeVersion)}},
         {"KDE",
          {{"systemsettings", "kcm_screenlocker"},
@@ -36,6 +37,7 @@ Command lockSettingsCommand(std::string_view currentDesktop,
         {"MATE", {{"mate-screensaver-preferences"}}},
         {"X-Cinnamon", {{"cinnamon-settings", "screensaver"}}},
         {"LXQt", {{"xscreensaver-settings"}, {"lxqt-config"}}},
+        {"LXDE", {{"xscreensaver-settings"}}},
     };
     return settingsCommand(table, currentDesktop, isInstalled);
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/workspace/SettingsProgram.h"
 
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
 
 namespace vigilo::platform {
@@ -27,6 +28,10 @@ void startSettings(const Command& command) {
         arguments << QString::fromStdString(command[index]);
     }
     QProcess program;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    // What we have set for our covers would keep some windows of that program from being shown.
+    variables.remove(QStringLiteral("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT"));
+    program.setProcessEnvironment(variables);
     program.setProgram(installedPath(command.front()));
     program.setArguments(arguments);
     program.setStandardInputFile(QProcess::nullDevice());

@@ -46,7 +46,8 @@ void IconToolTip::hideNow() {
 void IconToolTip::showBeside() {
     const QFontMetrics metrics(QGuiApplication::font());
     const QSize size(metrics.horizontalAdvance(text_) + 2 * margin, metrics.height() + 2 * margin);
-    const QRect display = screen()->geometry();
+    const QScreen* const under = screen()->virtualSiblingAt(icon_.center());
+    const QRect display = (under == nullptr ? screen() : under)->geometry();
     const int below = icon_.bottom() + margin;
     const int top =
         below + size.height() <= display.bottom() ? below : icon_.top() - margin - size.height();

@@ -25,6 +25,12 @@ TEST(LockSettingsCommand, isTheDesktopsOwn) {
               (Command{"systemsettings", "kcm_screenlocker"}));
     EXPECT_EQ(lockSettingsWith("MATE", {"mate-screensaver-preferences"}),
               (Command{"mate-screensaver-preferences"}));
+    EXPECT_EQ(lockSettingsWith("LXDE", {"xscreensaver-settings"}),
+              (Command{"xscreensaver-settings"}));
+    EXPECT_EQ(lockSettingsWith("Budgie:GNOME", {"budgie-control-center", "gnome-control-center"}),
+              (Command{"budgie-control-center"}));
+    EXPECT_EQ(lockSettingsWith("Budgie:GNOME", {"gnome-control-center"}),
+              (Command{"gnome-control-center", "screen"}));
 }
 
 TEST(LockSettingsCommand, followsGnomesMoves) {

@@ -2,13 +2,11 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -17,10 +15,6 @@ namespace vigilo {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::microseconds;
-
-constexpr microseconds callLimit{1'000'000};
 constexpr auto messageBus = "org.freedesktop.DBus";
 constexpr auto messageBusPath = "/org/freedesktop/DBus";
 constexpr auto logind = "org.freedesktop.login1";
@@ -56,8 +50,8 @@ std::optional<std::string> readPath(sd_bus_message* message) {
 std::optional<std::string> namedSession(sd_bus* bus) {
     const char* const id = std::getenv("XDG_SESSION_ID");
     Reply reply;
-    if (id == nullptr || sd_bus_call_method(bus, logind, logindPath, logindManager, "GetSession",
-                                            nullptr, &reply.message, "s", id) < 0) {
+    if (id == nullptr || ask(sd_bus_call_method, bus, logind, logindPath, logindManager,
+                             "GetSession", nullptr, &reply.message, "s", id) < 0) {
         return std::nullopt;
     }
     return readPath(reply.message);
@@ -66,15 +60,15 @@ std::optional<std::string> namedSession(sd_bus* bus) {
 /// The session that logind holds to be the user's on a display.
 std::optional<std::string> displaySession(sd_bus* bus) {
     Reply user;
-    if (sd_bus_call_method(bus, logind, logindPath, logindManager, "GetUser", nullptr,
-                           &user.message, "u", static_cast<std::uint32_t>(getuid())) < 0) {
+    if (ask(sd_bus_call_method, bus, logind, logindPath, logindManager, "GetUser", nullptr,
+            &user.message, "u", static_cast<std::uint32_t>(getuid())) < 0) {
         return std::nullopt;
     }
     const auto userPath = readPath(user.message);
     Reply display;
     if (!userPath ||
-        sd_bus_get_property(bus, logind, userPath->c_str(), "org.freedesktop.login1.User",
-                            "Display", nullptr, &display.message, "(so)") < 0) {
+        ask(sd_bus_get_property, bus, logind, userPath->c_str(), "org.freedesktop.login1.User",
+            "Display", nullptr, &display.message, "(so)") < 0) {
         return std::nullopt;
     }
     const char* path = nullptr;
@@ -86,16 +80,16 @@ std::optional<std::string> displaySession(sd_bus* bus) {
 
 /// Whether logind took the request, or may yet do so when it answers again.
 bool lock(sd_bus* bus, const std::string& session) {
-    const int result = sd_bus_call_method(bus, logind, session.c_str(), logindSession, "Lock",
-                                          nullptr, nullptr, "");
+    const int result = ask(sd_bus_call_method, bus, logind, session.c_str(), logindSession, "Lock",
+                           nullptr, nullptr, "");
     return result >= 0 || result == -ETIMEDOUT;
 }
 
 std::optional<std::uint32_t> owner(sd_bus* bus, const std::string& session) {
     Reply reply;
     std::uint32_t user = 0;
-    if (sd_bus_get_property(bus, logind, session.c_str(), logindSession, "User", nullptr,
-                            &reply.message, "(uo)") < 0 ||
+    if (ask(sd_bus_get_property, bus, logind, session.c_str(), logindSession, "User", nullptr,
+            &reply.message, "(uo)") < 0 ||
         sd_bus_message_read(reply.message, "(uo)", &user, nullptr) < 0) {
         return std::nullopt;
     }
@@ -110,8 +104,8 @@ bool isAnybodyListening(sd_bus* bus, const std::string& session) {
     const char* self = nullptr;
     Reply reply;
     if (!wanted || sd_bus_get_unique_name(bus, &self) < 0 ||
-        sd_bus_call_method(bus, messageBus, messageBusPath, messageBus, "ListNames", nullptr,
-                           &reply.message, "") < 0 ||
+        ask(sd_bus_call_method, bus, messageBus, messageBusPath, messageBus, "ListNames", nullptr,
+            &reply.message, "") < 0 ||
         sd_bus_message_enter_container(reply.message, 'a', "s") < 0) {
         return true;
     }
@@ -120,10 +114,15 @@ bool isAnybodyListening(sd_bus* bus, const std::string& session) {
         Reply user;
         std::uint32_t number = 0;
         // Every connection has one unique name, which begins with a colon.
-        if (*name == ':' && std::string_view(name) != self &&
-            sd_bus_call_method(bus, messageBus, messageBusPath, messageBus, "GetConnectionUnixUser",
-                               nullptr, &user.message, "s", name) >= 0 &&
-            sd_bus_message_read(user.message, "u", &number) >= 0 && number == *wanted) {
+        if (*name != ':' || std::string_view(name) == self) {
+            continue;
+        }
+        const int result = ask(sd_bus_call_method, bus, messageBus, messageBusPath, messageBus,
+                               "GetConnectionUnixUser", nullptr, &user.message, "s", name);
+        // A bus that hangs is not asked about all the others, too.
+        if (result == -ETIMEDOUT ||
+            (result >= 0 && sd_bus_message_read(user.message, "u", &number) >= 0 &&
+             number == *wanted)) {
             return true;
         }
     }
@@ -143,48 +142,14 @@ std::optional<std::string> askLogind(sd_bus* bus) {
 
 bool isLocked(sd_bus* bus, const std::string& session) {
     int isLocked = 0;
-    return sd_bus_get_property_trivial(bus, logind, session.c_str(), logindSession, "LockedHint",
-                                       nullptr, 'b', &isLocked) >= 0 &&
+    return ask(sd_bus_get_property_trivial, bus, logind, session.c_str(), logindSession,
+               "LockedHint", nullptr, 'b', &isLocked) >= 0 &&
            isLocked != 0;
-}
-
-/// Whether the bus greets us in time. The limit of calls is none for that: the first one would wait
-/// for a bus that hangs for a minute and a half.
-bool isReady(sd_bus* bus) {
-    const auto deadline = Clock::now() + callLimit;
-    int ready = 0;
-    while ((ready = sd_bus_is_ready(bus)) == 0) {
-        const int processed = sd_bus_process(bus, nullptr);
-        if (processed < 0) {
-            return false;
-        }
-        const auto left = std::chrono::duration_cast<microseconds>(deadline - Clock::now());
-        if (processed == 0 && (left <= microseconds::zero() ||
-                               sd_bus_wait(bus, static_cast<std::uint64_t>(left.count())) < 0)) {
-            return false;
-        }
-    }
-    return ready > 0;
 }
 
 } // namespace
 
-void SessionLock::Close::operator()(sd_bus* bus) const {
-    // Whatever was sent has been answered, or is not going to be.
-    sd_bus_close_unref(bus);
-}
-
-SessionLock::Bus SessionLock::open(int (*opener)(sd_bus** bus)) {
-    sd_bus* opened = nullptr;
-    if (opener(&opened) < 0) {
-        return nullptr;
-    }
-    Bus bus(opened);
-    sd_bus_set_method_call_timeout(bus.get(), static_cast<std::uint64_t>(callLimit.count()));
-    return isReady(bus.get()) ? std::move(bus) : nullptr;
-}
-
-SessionLock::SessionLock() : system_(open(sd_bus_open_system)) {}
+SessionLock::SessionLock() : system_(openBus(sd_bus_open_system)) {}
 
 SessionLock::~SessionLock() = default;
 
@@ -195,8 +160,9 @@ bool SessionLock::request() {
         mayBeTaken = session && isAnybodyListening(system_.get(), *session);
     }
     // Only now, so that one that hangs does not hold the other up.
-    session_ = open(sd_bus_open_user);
+    session_ = openBus(sd_bus_open_user);
     if (isOwned("org.gnome.ScreenSaver")) {
+        // Slow to answer is the shell, not the bus, which is still to be asked.
         sd_bus_call_method(session_.get(), "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver",
                            "org.gnome.ScreenSaver", "SetActive", nullptr, nullptr, "b", 1);
         mayBeTaken = true;

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <memory>
-
-struct sd_bus;
+#include "helpers/lock/LimitedBus.h"
 
 namespace vigilo {
 
 /// The system's own lock of this login session: logind passes the request on to whatever locks the
-/// screen here, and GNOME's screen saver is asked beside it. Every failure is silent; no question
-/// waits for longer than a second, and a bus that does not greet us within one is done without.
+/// screen here, and GNOME's screen saver is asked beside it. Every failure is silent. A bus that
+/// does not greet us within a second is done without, and no question waits for longer. After one
+/// in vain the others to logind have a tenth of a second each, and the session's bus is asked no
+/// more.
 class SessionLock {
 public:
     SessionLock();
@@ -28,16 +28,10 @@ public:
     void sleepMutterDisplays();
 
 private:
-    struct Close {
-        void operator()(sd_bus* bus) const;
-    };
-    using Bus = std::unique_ptr<sd_bus, Close>;
-
-    static Bus open(int (*opener)(sd_bus** bus));
     bool isOwned(const char* name);
 
-    Bus system_;
-    Bus session_; ///< from the request on
+    LimitedBus system_;
+    LimitedBus session_; ///< from the request on
 };
 
 } // namespace vigilo

@@ -13,8 +13,8 @@ enum class BusState {
     hangs    ///< it takes the connection, or cannot even do that, and says nothing
 };
 
-/// Asks it, and waits for the limit at most; of the toolkit's library the limit is its own, and
-/// nobody else can open or close a connection meanwhile. Any thread.
+/// Asks it, and waits for the limit at most. For the toolkit to connect there is no such limit, and
+/// no other connection of its kind is opened or closed meanwhile. Any thread.
 BusState busState(MessageBus bus, std::chrono::milliseconds limit);
 
 /// Does without the session bus, in this process and its children, when it hangs: the libraries

@@ -20,7 +20,8 @@ char* newPage() {
     if (page == MAP_FAILED) {
         throw std::bad_alloc();
     }
-    mlock(page, SecretText::capacity);
+    // The sanitizers make mlock() do nothing.
+    mlock2(page, SecretText::capacity, 0);
     madvise(page, SecretText::capacity, MADV_DONTDUMP);
     return static_cast<char*>(page);
 }

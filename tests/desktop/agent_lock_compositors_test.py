@@ -229,6 +229,15 @@ class CoversThatHold(AgentLock):
         # GNOME's shell gives it to the desktop below until the lock has asked for it, which takes a moment.
         self.expect_the_keyboard(all_along=COMPOSITOR is not GnomeShell)
 
+    # Elsewhere covers are no windows that it could close, or ignore that.
+    @applies_where(COMPOSITOR is KWin)
+    def test_they_stay_when_the_compositor_passes_on_a_wish_to_close_them(self):
+        self.lock()
+        self.compositor.close_windows()
+        time.sleep(1)
+        self.assertTrue(self.stays_covered())
+        self.expect_the_keyboard()
+
     @applies_where(COMPOSITOR is GnomeShell)
     def test_the_overview_ends_at_once_and_gives_the_keyboard_back(self):
         self.lock()

@@ -343,6 +343,20 @@ class KWin(Compositor):
     def key(self, *keys):
         subprocess.run([*self._keyboard, *keys], env=environment(**self.environment), check=True)
 
+    def close_windows(self):
+        """Asks every window but those of the desktop below to close."""
+        script = os.path.join(self.folder, "close.js")
+        with open(script, "w", encoding="utf-8") as file:
+            file.write(
+                "workspace.clientList().filter(window => !window.caption.startsWith('other_window'))"
+                ".forEach(window => window.closeWindow());"
+            )
+        scripting = ("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting")
+        for words in (("loadScript", "s", script), ("start",)):
+            subprocess.run(
+                ["busctl", "--address=" + self.bus.address, "--quiet", "call", *scripting, *words], check=True
+            )
+
     @staticmethod
     def scaled(length, scale):
         return length // scale

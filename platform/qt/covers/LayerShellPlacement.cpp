@@ -35,6 +35,11 @@ QPlatformNativeInterface* native() {
     return QGuiApplication::platformNativeInterface();
 }
 
+/// A compositor that only passes on somebody's wish would show what is below if the layer went. One
+/// whose output is gone ignores what stays of it, until the displays are covered anew: the toolkit
+/// hears of that, too.
+void stay(void*, zwlr_layer_surface_v1*) {}
+
 } // namespace
 
 std::unique_ptr<CoverPlacement> LayerShellPlacement::make(QQuickView& view, QScreen& screen) {
@@ -78,7 +83,7 @@ bool LayerShellPlacement::takeLayer(QScreen& screen) {
         return false;
     }
     static constexpr zwlr_layer_surface_v1_listener listener{.configure = configure,
-                                                             .closed = close};
+                                                             .closed = stay};
     layerSurface_ = zwlr_layer_shell_v1_get_layer_surface(shell_->shell, surface(), output,
                                                           overlayLayer, "vigilo");
     zwlr_layer_surface_v1_add_listener(layerSurface_, &listener, this);
@@ -129,8 +134,8 @@ void LayerShellPlacement::paintGround() {
     const int length = stride * size.height();
     // All of it is 0 until somebody writes to it.
     const FileDescriptor file(memfd_create("vigilo-ground", MFD_CLOEXEC));
-    if (size.isEmpty() || shell_->memory == nullptr || layerSurface_ == nullptr ||
-        surface() == nullptr || !file || ftruncate(file.number(), length) != 0) {
+    if (size.isEmpty() || shell_->memory == nullptr || surface() == nullptr || !file ||
+        ftruncate(file.number(), length) != 0) {
         return;
     }
     wl_shm_pool* const pool = wl_shm_create_pool(shell_->memory, file.number(), length);
@@ -172,7 +177,7 @@ wl_surface* LayerShellPlacement::surface() const {
 }
 
 void LayerShellPlacement::setKeyboard(std::uint32_t mode) {
-    if (layerSurface_ != nullptr && surface() != nullptr) {
+    if (surface() != nullptr) {
         zwlr_layer_surface_v1_set_keyboard_interactivity(layerSurface_, mode);
         wl_surface_commit(surface());
         wl_display_flush(shell_->display);
@@ -198,13 +203,6 @@ void LayerShellPlacement::configure(void* data, zwlr_layer_surface_v1* layerSurf
         // The toolkit may be told to draw larger than the compositor asks for.
         placement.view_.resize(QHighDpi::fromNativePixels(placement.size_, &placement.view_));
     }
-}
-
-void LayerShellPlacement::close(void* data, zwlr_layer_surface_v1* layerSurface) {
-    // Its output is gone; the displays are covered anew when the toolkit has heard of it, too.
-    auto& placement = *static_cast<LayerShellPlacement*>(data);
-    zwlr_layer_surface_v1_destroy(layerSurface);
-    placement.layerSurface_ = nullptr;
 }
 
 } // namespace vigilo::platform

@@ -45,7 +45,6 @@ private:
 
     static void configure(void* data, zwlr_layer_surface_v1* layerSurface, std::uint32_t serial,
                           std::uint32_t width, std::uint32_t height);
-    static void close(void* data, zwlr_layer_surface_v1* layerSurface);
 
     QQuickView& view_;
     std::shared_ptr<LayerShell> shell_;

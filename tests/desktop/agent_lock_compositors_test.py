@@ -148,6 +148,8 @@ class AgentLock(unittest.TestCase):
             return not self.is_covered()
 
         self.wait_for_keyboard()
+        # Without the desktop below nothing would show that the lock is gone.
+        self.assertIsNone(self.below.process.poll())
         # A busy machine may take a while to give the keyboard back; what is pressed meanwhile is lost.
         wait_until(is_left, "the lock to go")
         self.assertIsNone(self.vigilo.poll())

@@ -29,6 +29,6 @@ int main() {
     const auto guard = std::filesystem::read_symlink("/proc/self/exe", error);
     // Absolute also where that cannot be known: the working folder is anybody's.
     const auto lock = "/" / guard.parent_path() / "vigilo-lock";
-    execl(lock.c_str(), lock.c_str(), nullptr);
+    execl(lock.c_str(), lock.c_str(), "--after-death", nullptr);
     return EXIT_FAILURE;
 }

@@ -1,5 +1,7 @@
 // Puts the displays to sleep behind the system's own lock, and ends. Where nothing takes the lock,
 // it becomes a screen locker itself, so that sleeping displays never wake to an open desktop.
+// With "--after-death" it also puts back what the program changed in the desktop and left so.
+#include "helpers/lock/DesktopEffects.h"
 #include "helpers/lock/DisplaySleep.h"
 #include "helpers/lock/Lockers.h"
 #include "helpers/lock/OwnProcesses.h"
@@ -79,7 +81,7 @@ bool isTakenWithin(std::chrono::milliseconds limit, SessionLock& session, Displa
 
 } // namespace
 
-int main() {
+int main(int argc, char* argv[]) {
     if (!isSet("WAYLAND_DISPLAY") && !isSet("DISPLAY")) {
         return EXIT_FAILURE;
     }
@@ -92,7 +94,11 @@ int main() {
             lockXScreenSaver();
         }
         sleepDisplays(session);
-        if (isTakenWithin(mayBeTaken ? lockLimit : 0ms, session, server)) {
+        const bool isTaken = isTakenWithin(mayBeTaken ? lockLimit : 0ms, session, server);
+        if (argc > 1 && std::string_view(argv[1]) == "--after-death") {
+            restoreDesktopEffects();
+        }
+        if (isTaken) {
             return EXIT_SUCCESS;
         }
     }

@@ -250,6 +250,43 @@ class CoversThatHold(AgentLock):
         self.expect_the_keyboard()
 
 
+# A gesture or a corner of the display opens them.
+@applies_where(COMPOSITOR is KWin)
+class EffectsThatShowAllWindows(AgentLock):
+    ALL = ("overview", "desktopgrid", "windowview")
+
+    def loaded(self):
+        effects = self.compositor.effects()
+        return tuple(name for name in self.ALL if '"%s"' % name in effects)
+
+    def are_there(self):
+        return self.loaded() == self.ALL
+
+    def lock(self, **changes):
+        self.assertTrue(self.are_there())
+        super().lock(**changes)
+        wait_until(lambda: not self.loaded(), "KWin to have unloaded them")
+
+    def test_they_are_out_of_reach_until_the_lock_ends(self):
+        self.lock()
+        self.compositor.arrange(*ARRANGEMENTS["the first goes"])
+        wait_until(self.is_covered, "the covers")
+        time.sleep(1)
+        self.assertEqual((), self.loaded())
+        self.expect_the_keyboard()
+        wait_until(self.are_there, "the effects")
+
+    def test_they_come_back_when_the_program_ends(self):
+        self.lock()
+        end(self.vigilo)
+        wait_until(self.are_there, "the effects")
+
+    def test_they_come_back_when_the_program_is_killed(self):
+        self.lock()
+        self.vigilo.kill()
+        wait_until(self.are_there, "the effects")
+
+
 # Elsewhere the lock is on the X server itself, or has no use for it.
 @applies_where(COMPOSITOR is KWin)
 class XServerThatHangs(AgentLock):

@@ -343,6 +343,14 @@ class KWin(Compositor):
     def key(self, *keys):
         subprocess.run([*self._keyboard, *keys], env=environment(**self.environment), check=True)
 
+    def effects(self):
+        """Those that are loaded, as text; nothing while it reads its settings anew."""
+        return subprocess.run(
+            ["busctl", "--address=" + self.bus.address, "--json=short", "get-property", "org.kde.KWin", "/Effects",
+             "org.kde.kwin.Effects", "loadedEffects"],
+            check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
+        ).stdout
+
     def close_windows(self):
         """Asks every window but those of the desktop below to close."""
         script = os.path.join(self.folder, "close.js")

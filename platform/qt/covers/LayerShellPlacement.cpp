@@ -1,6 +1,7 @@
 #include "platform/qt/covers/LayerShellPlacement.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/qt/covers/KWinEffects.h"
 #include "platform/qt/covers/LayerShell.h"
 #include "platform/qt/covers/UnmanagedWatch.h"
 
@@ -101,6 +102,7 @@ void LayerShellPlacement::show() {
     view_.show();
     paintGround();
     if (shell_->isKWin) {
+        effects_ = KWinEffects::suspend();
         stayOnTop();
     }
 }

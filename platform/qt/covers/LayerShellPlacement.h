@@ -17,6 +17,7 @@ struct zwp_keyboard_shortcuts_inhibitor_v1;
 
 namespace vigilo::platform {
 
+class KWinEffects;
 class LayerShell;
 class UnmanagedWatch;
 
@@ -54,6 +55,7 @@ private:
     bool isConfigured_ = false;
     QSize size_; ///< in the compositor's units; empty until it asks for one
     std::optional<FocusKeeper> focusKeeper_; ///< of the one with the keyboard
+    std::shared_ptr<KWinEffects> effects_;
     std::shared_ptr<UnmanagedWatch> unmanaged_;
     QObject listener_; ///< to what that tells
 };
